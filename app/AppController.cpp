@@ -1,0 +1,197 @@
+#include "app/AppController.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "app/DestinationCheck.h"
+#include "app/DockPosition.h"
+#include "app/FolderSize.h"
+#include "app/ManifestFile.h"
+#include "process/Files.h"
+#include "process/Log.h"
+#include "process/QSShellScriptGenerator.h"
+#include "recipes/ClientTable.h"
+#include "script/ShellQuoting.h"
+#include "script/Text.h"
+
+namespace corvane {
+namespace {
+
+constexpr const char* kScriptName = ".corvane.sh";
+constexpr const char* kCompletion = "com.quillon.Corvane.executionComplete";
+constexpr const char* kSuccess = "Backup completed successfully";
+constexpr const char* kLaunchMail = "----Launch Apple Mail----";
+constexpr double kFadeInterval = 0.05;  // seconds
+constexpr double kFadeStep = 0.1;
+
+// These lines accompany a step and are none themselves.
+bool countsAsStep(const std::string& output) {
+  return !contains(output, "Results of the Corvane:") && !contains(output, "Removing old backup") &&
+         !contains(output, "Waiting for ");
+}
+
+}  // namespace
+
+AppController::AppController(const Facts& facts, Ports ports)
+    : facts_(facts),
+      supportFolder_(facts.appSupportFolder + "/Quillon/Corvane/"),
+      scriptPath_(supportFolder_ + kScriptName),
+      logPath_(facts.libraryFolder + "/Logs/Corvane.log"),
+      ports_(ports) {}
+
+// Before the other members go: the end of the script is still reported to this controller.
+AppController::~AppController() { backupTask_.reset(); }
+
+void AppController::awakeFromNib() {
+  reopenStandardError(logPath_);
+  record_.mailTempFolder.clear();
+  runBackupNow();
+}
+
+bool AppController::loadPreferences() {
+  const auto preferences = readPreferences(ports_.propertyLists, facts_.libraryFolder);
+  if (!preferences) {
+    log("Unable to read preferences file");
+    return false;
+  }
+  log("Reading Preferences and Configuration");
+  if (!preferences->isConfigured()) {
+    log(kNotConfigured);
+    return false;
+  }
+  record_.filenameTemplate = preferences->filenameTemplate;
+  record_.dateFormat = preferences->dateFormat;
+  record_.quitEntourage = preferences->quitEntourage;
+  return true;
+}
+
+void AppController::runBackupNow() {
+  if (!loadPreferences()) {
+    log("Unable to start backup due above issue.");
+    ports_.workspace.terminate(EXIT_FAILURE);
+    return;
+  }
+  openWindow();
+  const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
+  const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
+  if (!isDestinationAvailable(configuration, record_, showStatus)) {
+    ports_.display.setHeadline("Backup Failed");
+    ports_.window.awaitDismissal([this] { startFadeTimer(); });
+    return;
+  }
+  log("Configuring Backup...");
+  generateShellScript(configuration);
+  log("Backup Starting...");
+  ports_.display.setHeadline("Backup in Progress...");
+  executeShellScriptAtPath(scriptPath_);
+}
+
+void AppController::openWindow() {
+  ports_.window.open(windowPoint(getDockPosition(ports_.propertyLists, facts_.libraryFolder)));
+  ports_.display.setHeadline("Readying Corvane...");
+}
+
+void AppController::generateShellScript(const BackupConfiguration& configuration) {
+  ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
+  ports_.bars.setStepMaximum(record_.progressMaximum);
+  writeManifests();
+  // When it cannot be written, one that a killed run left must not be taken for this run's.
+  if (!QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
+                                                              supportFolder_)) {
+    removeFile(scriptPath_);
+  }
+}
+
+void AppController::writeManifests() {
+  for (const auto& manifest : record_.manifests) {
+    std::string problem;
+    if (!ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest), problem)) log(problem);
+  }
+}
+
+void AppController::executeShellScriptAtPath(const std::string& path) {
+  backupTask_.reset();
+  TaskController& controller = *this;
+  backupTask_ =
+      std::make_unique<TaskWrapper>(ports_.runLoop, controller, std::vector{path}, facts_.toolsFolder);
+  backupTask_->startProcess();
+}
+
+void AppController::updateDisplayWithStatus(const std::string& status) {
+  ports_.display.setStatus(status);
+  log(status);
+}
+
+void AppController::appendOutput(const std::string& output) {
+  if (contains(output, kLaunchMail)) {
+    ports_.workspace.launchApplication("Mail.app");
+  } else if (!contains(output, "dyld")) {
+    updateDisplayWithStatus(output);
+  }
+  if (countsAsStep(output)) ports_.bars.advanceSteps(1.0);
+}
+
+void AppController::processFinished() {
+  ports_.workspace.postNotification(kCompletion);
+  removeFile(scriptPath_);
+  if (!record_.contentsLocation.empty()) removeFile(record_.contentsLocation);
+  succeeded_ = contains(ports_.display.status(), kSuccess);
+  ports_.bars.stopActivity();
+  if (succeeded_) {
+    startFadeTimer();
+  } else {
+    showFailure();
+  }
+}
+
+void AppController::showFailure() {
+  ports_.window.showFailure();
+  ports_.display.setHeadline("Backup had errors");
+  deleteStagingFolder("Cleaning up after failed Backup");
+  ports_.window.awaitDismissal([this] { startFadeTimer(); });
+}
+
+void AppController::deleteStagingFolder(const char* announcement) {
+  if (!record_.tempFolderStore) return;
+  log(announcement);
+  removeTree(stripEscapes(*record_.tempFolderStore));
+}
+
+void AppController::cancelBackup() {
+  log("User: Cancelling Backup");
+  ports_.display.setStatus("Cancelling Backup");
+  if (backupTask_) backupTask_->stopProcess();
+  deleteStagingFolder("Cleaning up after Cancelled Backup");
+  startFadeTimer();
+  ports_.workspace.postNotification(kCompletion);
+}
+
+void AppController::displayLogWindow() {
+  ports_.workspace.openFile(logPath_, "Console.app");
+  startFadeTimer();
+}
+
+void AppController::startFadeTimer() {
+  timer_ = ports_.runLoop.repeat(kFadeInterval, [this] { fade(); });
+}
+
+void AppController::fade() {
+  const double opacity = ports_.window.opacity();
+  if (opacity > 0) {
+    ports_.window.setOpacity(opacity - kFadeStep);
+    return;
+  }
+  timer_.reset();
+  ports_.window.close();
+  record_.contentsLocation.clear();
+  ports_.workspace.terminate(succeeded_ ? EXIT_SUCCESS : EXIT_FAILURE);
+}
+
+void AppController::measureMailFolder() {
+  updateDisplayWithStatus("Determining Backup Size...");
+  if (const auto size = measureFolder(facts_.libraryFolder + "/Mail")) mailFolderSize_ = *size;
+}
+
+bool AppController::folderHasEntries(const std::string& path) { return corvane::folderHasEntries(path); }
+
+}  // namespace corvane

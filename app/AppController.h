@@ -1,0 +1,83 @@
+// Conducts one backup run from start to exit: settings, destination, script, its output, verdict, farewell.
+//
+// Owner: the interface file's object, or the headless main. It borrows everything it is given, owns the run
+// record and the running script, and must be destroyed before what it borrowed. Thread: main.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "app/BackupConfiguration.h"
+#include "app/ProgressWindow.h"
+#include "app/PropertyLists.h"
+#include "app/Workspace.h"
+#include "process/RunLoop.h"
+#include "process/TaskWrapper.h"
+#include "script/Client.h"
+#include "script/Facts.h"
+#include "script/RunRecord.h"
+
+namespace corvane {
+
+/// What a run asks the machine through.
+struct Ports {
+  StatusDisplay& display;
+  ProgressBars& bars;
+  ProgressWindow& window;
+  Workspace& workspace;
+  RunLoop& runLoop;
+  PropertyLists& propertyLists;
+};
+
+class AppController : private TaskController, private ScriptHost {
+ public:
+  AppController(const Facts& facts, Ports ports);
+  ~AppController() override;
+  AppController(const AppController&) = delete;
+  AppController& operator=(const AppController&) = delete;
+
+  /// Entry point, called once: sends standard error to the log file and starts the run. When it returns the
+  /// run waits for output, for its user, or for the program to end.
+  void awakeFromNib();
+
+  /// The cancel button: ends the script with all that it started, cleans up, and fades out.
+  void cancelBackup();
+
+  /// The log button: opens the log and fades out.
+  void displayLogWindow();
+
+ private:
+  [[nodiscard]] bool loadPreferences();
+  void runBackupNow();
+  void openWindow();
+  void generateShellScript(const BackupConfiguration& configuration);
+  void writeManifests();
+  void executeShellScriptAtPath(const std::string& path);
+  void updateDisplayWithStatus(const std::string& status);
+  void showFailure();
+  void deleteStagingFolder(const char* announcement);
+  void startFadeTimer();
+  void fade();
+
+  // TaskController
+  void processStarted() override {}
+  void appendOutput(const std::string& output) override;
+  void processFinished() override;
+
+  // ScriptHost
+  void measureMailFolder() override;
+  [[nodiscard]] bool folderHasEntries(const std::string& path) override;
+
+  const Facts facts_;
+  const std::string supportFolder_;  // ends with a slash
+  const std::string scriptPath_;
+  const std::string logPath_;
+  Ports ports_;
+  RunRecord record_;
+  float mailFolderSize_ = 0;
+  bool succeeded_ = false;
+  std::unique_ptr<TaskWrapper> backupTask_;
+  std::unique_ptr<RunLoop::Source> timer_;  // of the fade
+};
+
+}  // namespace corvane

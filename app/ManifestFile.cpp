@@ -1,0 +1,23 @@
+#include "app/ManifestFile.h"
+
+#include <array>
+#include <cstdio>
+
+namespace corvane {
+namespace {
+
+std::string dayMonthYear(const CalendarDate& date) {
+  std::array<char, 48> text{};
+  std::snprintf(text.data(), text.size(), "%02d/%02d/%04d", date.day, date.month, date.year);
+  return text.data();
+}
+
+}  // namespace
+
+PropertyListDictionary manifestDictionary(const Manifest& manifest) {
+  return {{"Date", {dayMonthYear(manifest.date)}},
+          {"Clients", {PropertyListValue::Array{{manifest.client}}}},
+          {"Language", {std::int64_t{manifest.language}}}};
+}
+
+}  // namespace corvane

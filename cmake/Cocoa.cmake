@@ -1,0 +1,30 @@
+# The target `cocoa`: Cocoa on macOS, GNUstep (the same frameworks) elsewhere, for Objective-C++ sources.
+# `foundation` is the same without AppKit.
+add_library(cocoa INTERFACE)
+add_library(foundation INTERFACE)
+if(APPLE)
+  target_link_libraries(cocoa INTERFACE "-framework Cocoa")
+  target_link_libraries(foundation INTERFACE "-framework Foundation")
+  return()
+endif()
+
+find_program(GNUSTEP_CONFIG gnustep-config REQUIRED)
+function(gnustep_flags target libs)
+  execute_process(COMMAND ${GNUSTEP_CONFIG} --objc-flags OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE)
+  execute_process(COMMAND ${GNUSTEP_CONFIG} ${libs} OUTPUT_VARIABLE link OUTPUT_STRIP_TRAILING_WHITESPACE)
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  separate_arguments(link UNIX_COMMAND "${link}")
+  set(includes ${flags})
+  list(FILTER includes INCLUDE REGEX "^-I/")
+  list(TRANSFORM includes REPLACE "^-I" "")
+  list(FILTER flags EXCLUDE REGEX "^(-I.*|-O.*|-g|-MMD|-MP|-Wall)$")
+  # SYSTEM: the framework's headers raise over a thousand warnings under ours. CMake 3.25 knows no
+  # OBJCXX standard for g++, hence -std here; without cxx-cdtors C++ instance variables are not constructed.
+  target_include_directories(${target} SYSTEM INTERFACE ${includes})
+  target_compile_options(${target} INTERFACE
+    "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${flags}>"
+    "$<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++20;-fobjc-call-cxx-cdtors>")
+  target_link_libraries(${target} INTERFACE ${link})
+endfunction()
+gnustep_flags(cocoa --gui-libs)
+gnustep_flags(foundation --base-libs)

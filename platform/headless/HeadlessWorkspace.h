@@ -1,0 +1,34 @@
+// A desktop without a desktop: nothing can be launched or opened, but the end of the run is announced.
+// Owner: the headless main. Thread: main.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "app/Workspace.h"
+#include "platform/headless/HeadlessRunLoop.h"
+
+namespace corvane {
+
+class HeadlessWorkspace : public Workspace {
+ public:
+  /// `announce` posts a notification by its name to other processes.
+  HeadlessWorkspace(HeadlessRunLoop& runLoop, std::function<void(const std::string&)> announce)
+      : runLoop_(runLoop), announce_(std::move(announce)) {}
+
+  void launchApplication(const std::string& name) override;
+  void openFile(const std::string& path, const std::string& application) override;
+  void postNotification(const std::string& name) override { announce_(name); }
+  void terminate(int status) override;
+
+  /// What the program is to exit with; failure until the run has said otherwise.
+  [[nodiscard]] int exitStatus() const;
+
+ private:
+  HeadlessRunLoop& runLoop_;
+  const std::function<void(const std::string&)> announce_;
+  std::optional<int> status_;
+};
+
+}  // namespace corvane

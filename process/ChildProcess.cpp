@@ -1,0 +1,43 @@
+#include "process/ChildProcess.h"
+
+#include <poll.h>
+#include <sys/wait.h>
+#include <cerrno>
+#include <csignal>
+
+namespace corvane {
+namespace {
+
+constexpr int kPollMilliseconds = 5;
+constexpr int kGraceRounds = 2000 / kPollMilliseconds;
+
+}  // namespace
+
+// Our own pid only: a wait for any child would take an exit status away from the frameworks.
+bool ChildProcess::groupIsGone() {
+  int status = 0;
+  if (!status_ && ::waitpid(pid_, &status, WNOHANG) == pid_) status_ = status;
+  return ::kill(-pid_, 0) != 0 && errno == ESRCH;
+}
+
+void ChildProcess::terminate() {
+  if (ended_) return;
+  ended_ = true;
+  ::kill(-pid_, SIGTERM);
+  ::kill(-pid_, SIGCONT);  // a stopped program does not see the request before it goes on
+  for (int round = 0; !groupIsGone(); ++round) {
+    if (round == kGraceRounds) ::kill(-pid_, SIGKILL);
+    if (round > 2 * kGraceRounds) return;  // waits inside the system, where nothing can reach it
+    ::poll(nullptr, 0, kPollMilliseconds);
+  }
+}
+
+int ChildProcess::wait() {
+  int status = status_.value_or(0);
+  while (!status_ && ::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+  }
+  status_ = status;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+}  // namespace corvane

@@ -1,0 +1,33 @@
+// A started program together with everything that it starts itself.
+// Owner: whoever started it; destroying it ends the program. Thread: one at a time.
+#pragma once
+
+#include <sys/types.h>
+#include <optional>
+
+namespace corvane {
+
+class ChildProcess {
+ public:
+  /// Takes over the program `pid`, which must lead a process group of its own.
+  explicit ChildProcess(pid_t pid) : pid_(pid) {}
+  ~ChildProcess() { terminate(); }
+  ChildProcess(const ChildProcess&) = delete;
+  ChildProcess& operator=(const ChildProcess&) = delete;
+
+  /// Asks the whole group to end, and ends by force what is still there two seconds later. When it returns,
+  /// nothing of the group runs any more, so that its files can be removed. No effect on an ended program.
+  void terminate();
+
+  /// Waits for the program and answers its exit status, or 128 plus the signal that ended it.
+  [[nodiscard]] int wait();
+
+ private:
+  [[nodiscard]] bool groupIsGone();
+
+  pid_t pid_;
+  std::optional<int> status_;  // as waitpid answered it, once it has
+  bool ended_ = false;
+};
+
+}  // namespace corvane

@@ -1,0 +1,41 @@
+// Small operations on files and folders. Paths are absolute, in UTF-8.
+// Every failure is described in `problem` as one English sentence that names the file. Thread: any.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// Links are followed; false also when it cannot be found out.
+[[nodiscard]] bool fileExists(const std::string& path);
+[[nodiscard]] bool isFolder(const std::string& path);
+
+/// True when `path` is a folder that lists at least one entry.
+[[nodiscard]] bool folderHasEntries(const std::string& path);
+
+/// The bytes of a regular file of at most `limit` bytes. Nothing, and the cause, when it is missing, not a
+/// regular file (a pipe would be waited for), larger, or cannot be read.
+[[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::size_t limit,
+                                                  std::string& problem);
+
+/// Replaces the file at `path` by one holding `bytes`, readable and writable by its owner only: all of it or
+/// nothing. On failure false, the cause, and the file that was there before.
+[[nodiscard]] bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem);
+
+/// Makes a folder and those above it; true when it is there afterwards.
+bool makeFolders(const std::string& path);
+
+/// Removes a file or link; true when nothing is there afterwards.
+bool removeFile(const std::string& path);
+
+/// Removes a folder with all that is in it, or a file. Links are removed, never followed, and what is mounted
+/// inside is left alone. True when nothing is there afterwards.
+bool removeTree(const std::string& path);
+
+/// "cannot VERB PATH: CAUSE" for the current errno.
+[[nodiscard]] std::string errnoSentence(std::string_view verb, const std::string& path);
+
+}  // namespace corvane

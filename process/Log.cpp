@@ -1,0 +1,60 @@
+#include "process/Log.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/time.h>
+#include <unistd.h>
+#include <cerrno>
+#include <ctime>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+#include "process/Files.h"
+
+namespace corvane {
+namespace {
+
+std::string stamp() {
+  timeval now{};
+  gettimeofday(&now, nullptr);
+  tm local{};
+  localtime_r(&now.tv_sec, &local);
+  std::array<char, 32> day{};
+  std::strftime(day.data(), day.size(), "%Y-%m-%d %H:%M:%S", &local);
+  std::array<char, 96> text{};
+  std::snprintf(text.data(), text.size(), "%s.%03d BackupEngine[%ld:%lx] ", day.data(),
+                static_cast<int>(now.tv_usec / 1000), static_cast<long>(getpid()),
+                static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(pthread_self())));
+  return text.data();
+}
+
+void writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+}
+
+}  // namespace
+
+void log(std::string_view text) {
+  std::string line = stamp();
+  line += text;
+  if (line.back() != '\n') line += '\n';
+  writeAll(STDERR_FILENO, line);
+}
+
+bool reopenStandardError(const std::string& path) {
+  makeFolders(path.substr(0, path.find_last_of('/')));
+  const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+  if (file < 0) return false;
+  const bool reopened = ::dup2(file, STDERR_FILENO) >= 0;
+  if (file != STDERR_FILENO) ::close(file);
+  return reopened;
+}
+
+}  // namespace corvane

@@ -1,0 +1,18 @@
+// The engine's log: one time-stamped line per step on standard error.
+// Thread: any; a line is written in one piece.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// Writes "DATE TIME NAME[PID:TID] text" to standard error. A line break at the end of `text` is not doubled.
+/// Never fails: a log that cannot be written must not stop a backup.
+void log(std::string_view text);
+
+/// Appends standard error to the file at `path` from now on, making its folder and itself (for the owner
+/// only) when missing. Returns false, and leaves standard error as it was, when the file cannot be opened.
+bool reopenStandardError(const std::string& path);
+
+}  // namespace corvane

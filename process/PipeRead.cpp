@@ -1,0 +1,24 @@
+#include "process/PipeRead.h"
+
+#include <unistd.h>
+#include <cerrno>
+
+namespace corvane {
+namespace {
+
+// More than the 64 KiB that a pipe holds by default: one read empties it, and since writers put short lines
+// in whole, none of them is cut in two.
+constexpr std::size_t kReadSize = 256 * 1024;
+
+}  // namespace
+
+void readOnce(int descriptor, std::string& buffer) {
+  buffer.resize(kReadSize);
+  ssize_t count = 0;
+  do {
+    count = ::read(descriptor, buffer.data(), buffer.size());
+  } while (count < 0 && errno == EINTR);
+  buffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+}
+
+}  // namespace corvane

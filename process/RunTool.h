@@ -1,0 +1,26 @@
+// Running one of the system's tools and waiting for it.
+// Thread: any; blocks the caller until the tool has closed its output and ended.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "process/Spawn.h"
+
+namespace corvane {
+
+enum class Capture { outputOnly, outputAndErrors };
+
+struct ToolResult {
+  int status = -1;      ///< exit status; 128 plus the signal that ended it; -1 when it could not be started
+  std::string output;   ///< bytes as written, at most 64 MiB
+  std::string problem;  ///< why it could not be started
+};
+
+[[nodiscard]] ToolResult runTool(const LaunchCommand& command, Capture capture = Capture::outputAndErrors);
+
+/// Runs the program whose absolute path is the first of `arguments` with the others.
+[[nodiscard]] ToolResult runTool(const std::vector<std::string>& arguments,
+                                 Capture capture = Capture::outputAndErrors);
+
+}  // namespace corvane

@@ -1,0 +1,32 @@
+// What a run knows about its machine and user: plain values, read once at start and never changed.
+// Owner: the composition root; everybody else borrows. Thread: any, the values are immutable.
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+struct CalendarDate {
+  int year = 1970;
+  int month = 1;  // 1 to 12
+  int day = 1;    // 1 to 31
+};
+
+struct Facts {
+  // Absolute paths in UTF-8, without a trailing slash.
+  std::string homeDirectory;
+  std::string libraryFolder;
+  std::string appSupportFolder;
+  std::string documentsFolder;
+  /// Folder of the command line tools that travel with the application; looked up after the system's own.
+  std::string toolsFolder;
+
+  std::string userName;               ///< short login name
+  std::string localizedComputerName;  ///< the host name as it stands in archive names
+
+  double appKitVersion = 0;    ///< decides which folders of Apple Mail exist
+  int minorSystemVersion = 0;  ///< the 8 of 10.8; decides what the address book is called
+  CalendarDate today;
+};
+
+}  // namespace corvane
