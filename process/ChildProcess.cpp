@@ -10,6 +10,8 @@ namespace {
 
 constexpr int kPollMilliseconds = 5;
 constexpr int kGraceRounds = 2000 / kPollMilliseconds;
+constexpr int kLastRounds =
+    500 / kPollMilliseconds;  // what was killed may be inside the system, out of reach
 
 }  // namespace
 
@@ -27,7 +29,7 @@ void ChildProcess::terminate() {
   ::kill(-pid_, SIGCONT);  // a stopped program does not see the request before it goes on
   for (int round = 0; !groupIsGone(); ++round) {
     if (round == kGraceRounds) ::kill(-pid_, SIGKILL);
-    if (round > 2 * kGraceRounds) return;  // waits inside the system, where nothing can reach it
+    if (round == kGraceRounds + kLastRounds) return;
     ::poll(nullptr, 0, kPollMilliseconds);
   }
 }

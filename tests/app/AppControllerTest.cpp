@@ -1,0 +1,244 @@
+#include "app/AppController.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "process/Files.h"
+#include "tests/support/RecordingPorts.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace corvane {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Events = std::vector<std::string>;
+
+constexpr const char* kPost = "post com.quillon.Corvane.executionComplete";
+const PropertyListValue kPresent{false};  // flags count by presence, whatever their value
+
+// A run in a scratch home folder. Standard error is put back afterwards: a run takes it over for its log.
+class AppControllerTest : public testing::Test {
+ protected:
+  AppControllerTest() : savedError_(::dup(STDERR_FILENO)) {
+    lists.files["com.quillon.Corvane.plist"] = {{"currentConfiguration", {std::string("Daily")}}};
+    lists.files["Config.plist"] = {{"Destination", {home.path()}}};
+    makeFolders(support());
+  }
+  ~AppControllerTest() override {
+    controller.reset();
+    ::dup2(savedError_, STDERR_FILENO);
+    ::close(savedError_);
+  }
+
+  void start() {
+    Facts facts;
+    facts.homeDirectory = home.path();
+    facts.libraryFolder = home.path() + "/Library";
+    facts.appSupportFolder = facts.libraryFolder + "/Application Support";
+    facts.appKitVersion = 2000;
+    facts.today = {2026, 3, 9};
+    controller = std::make_unique<AppController>(facts, Ports{ports, ports, ports, ports, runLoop, lists});
+    controller->awakeFromNib();
+  }
+
+  // What was asked of the ports since the last call.
+  Events eventsSince() { return std::exchange(ports.events, {}); }
+
+  [[nodiscard]] std::string support() const {
+    return home.path() + "/Library/Application Support/Quillon/Corvane";
+  }
+  [[nodiscard]] std::string scriptPath() const { return support() + "/.corvane.sh"; }
+  [[nodiscard]] std::string log() const {
+    std::string problem;
+    return readFile(home.path() + "/Library/Logs/Corvane.log", 1 << 20, problem).value_or("");
+  }
+
+  ScratchFolder home;
+  RecordingPorts ports;
+  ManualRunLoop runLoop;
+  MemoryPropertyLists lists;
+  std::unique_ptr<AppController> controller;
+
+ private:
+  const int savedError_;
+};
+
+TEST_F(AppControllerTest, SuccessFadesOutAndQuits) {
+  start();
+  EXPECT_THAT(eventsSince(), ElementsAre("open 10,100", "headline Readying Corvane...",
+                                         "status Checking backup destination...", "maximum 101",
+                                         "headline Backup in Progress..."));
+  EXPECT_TRUE(fileExists(scriptPath()));
+
+  runLoop.output("Results of the Corvane:\n");
+  runLoop.output("one\n");
+  runLoop.output("Now: Backup completed successfully.\nand more\n");
+  EXPECT_THAT(eventsSince(),
+              ElementsAre("status Results of the Corvane:\n", "status one\n", "advance 1",
+                          "status Now: Backup completed successfully.\nand more\n", "advance 1"));
+  runLoop.endOfOutput();
+  EXPECT_THAT(eventsSince(), ElementsAre(kPost, "stop activity"));
+  EXPECT_FALSE(fileExists(scriptPath()));
+
+  EXPECT_DOUBLE_EQ(runLoop.interval, 0.05);
+  EXPECT_THAT(runLoop.fireUntilStopped(), testing::AnyOf(11, 12));
+  EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 0"));
+  EXPECT_THAT(log(), AllOf(HasSubstr("] Reading Preferences and Configuration\n"),
+                           HasSubstr("] Checking backup destination...\n"),
+                           HasSubstr("] Destination is available\n"), HasSubstr("] Configuring Backup...\n"),
+                           HasSubstr("] Backup Starting...\n"), HasSubstr("] one\n")));
+}
+
+struct OutputCase {
+  const char* name;
+  std::vector<const char*> chunks;
+  Events events;
+  bool succeeds;
+};
+
+class OutputTest : public AppControllerTest, public testing::WithParamInterface<OutputCase> {};
+
+TEST_P(OutputTest, IsShownCountedAndJudged) {
+  start();
+  eventsSince();
+  for (const char* chunk : GetParam().chunks) runLoop.output(chunk);
+  EXPECT_EQ(eventsSince(), GetParam().events);
+  runLoop.endOfOutput();
+  const bool fading = runLoop.isTimerRunning();
+  EXPECT_EQ(fading, GetParam().succeeds);
+  EXPECT_EQ(testing::Value(eventsSince(), testing::Contains("show failure")), !GetParam().succeeds);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Outputs, OutputTest,
+    testing::Values(
+        OutputCase{"Nothing", {}, {}, false},
+        OutputCase{"SplitSentence",
+                   {"Backup completed succ", "essfully.\n"},
+                   {"status Backup completed succ", "advance 1", "status essfully.\n", "advance 1"},
+                   false},
+        OutputCase{"LoaderNoiseLast",
+                   {"Backup completed successfully", "dyld: noise"},
+                   {"status Backup completed successfully", "advance 1", "advance 1"},
+                   true},
+        OutputCase{"SuccessWithinLoaderNoise",
+                   {"failed", "dyld: Backup completed successfully"},
+                   {"status failed", "advance 1", "advance 1"},
+                   false},
+        OutputCase{
+            "SuccessNotLast",
+            {"Backup completed successfully", "Shutting Down Mac"},
+            {"status Backup completed successfully", "advance 1", "status Shutting Down Mac", "advance 1"},
+            false},
+        OutputCase{"LaunchMail",
+                   {"----Launch Apple Mail----\n", "a\n----Launch Apple Mail----\nRemoving old backup\n"},
+                   {"launch Mail.app", "advance 1", "launch Mail.app"},
+                   false},
+        OutputCase{"Uncounted",
+                   {"Waiting for Mail to quit", "Waiting forever", "Removing old backup"},
+                   {"status Waiting for Mail to quit", "status Waiting forever", "advance 1",
+                    "status Removing old backup"},
+                   false}),
+    [](const auto& test) { return test.param.name; });
+
+struct RefusalCase {
+  const char* name;
+  std::optional<PropertyListDictionary> preferences;
+  const char* cause;
+};
+
+class RefusalTest : public AppControllerTest, public testing::WithParamInterface<RefusalCase> {};
+
+TEST_P(RefusalTest, EndsAtOnceWithoutAWindow) {
+  lists.files.erase("com.quillon.Corvane.plist");
+  if (GetParam().preferences) lists.files["com.quillon.corvane.plist"] = *GetParam().preferences;
+  start();
+  EXPECT_THAT(eventsSince(), ElementsAre("terminate 1"));
+  EXPECT_THAT(log(),
+              AllOf(HasSubstr(GetParam().cause), HasSubstr("] Unable to start backup due above issue.\n")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Preferences, RefusalTest,
+    testing::Values(
+        RefusalCase{"Missing", std::nullopt, "] Unable to read preferences file\n"},
+        RefusalCase{"Empty", PropertyListDictionary{}, "] Corvane is currently not configured.\n"},
+        RefusalCase{"NotConfigured",
+                    PropertyListDictionary{
+                        {"currentConfiguration", {std::string("Corvane is currently not configured.")}}},
+                    "] Corvane is currently not configured.\n"},
+        RefusalCase{"WrongType", PropertyListDictionary{{"currentConfiguration", {std::int64_t{1}}}},
+                    "the value of \"currentConfiguration\" is not a text"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
+  lists.files["com.apple.dock.plist"] = {{"orientation", {std::string("left")}}};
+  lists.files.erase("Config.plist");
+  start();
+  EXPECT_THAT(eventsSince(),
+              ElementsAre("open 40,100", "headline Readying Corvane...",
+                          "status Checking backup destination...", "headline Backup Failed", "await user"));
+  EXPECT_FALSE(fileExists(scriptPath()));
+
+  controller->cancelBackup();
+  EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
+  runLoop.fireUntilStopped();
+  EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
+}
+
+// Apple Mail stages a copy, so there is something to clean up.
+class StagingTest : public AppControllerTest {
+ protected:
+  StagingTest() {
+    lists.files["Config.plist"]["Clients"] = {PropertyListValue::Array{{std::string("Apple Mail")}}};
+    makeFolders(staging() + "/Mail");
+  }
+  [[nodiscard]] std::string staging() const { return home.path() + "/.QVB_Backup"; }
+};
+
+TEST_F(StagingTest, FailureCleansUpAndOffersTheLog) {
+  start();
+  const std::string manifest = support() + "/Contents.plist";
+  ASSERT_TRUE(lists.written.contains(manifest));
+  EXPECT_EQ(*lists.written[manifest].at("Date").as<std::string>(), "09/03/2026");
+  std::string problem;
+  ASSERT_TRUE(writeFileAtomically(manifest, "manifest", problem));
+  EXPECT_THAT(eventsSince(), testing::IsSupersetOf({"status Determining Backup Size...", "maximum 8"}));
+
+  runLoop.output("Backup failed.");
+  eventsSince();
+  runLoop.endOfOutput();
+  EXPECT_THAT(eventsSince(), ElementsAre(kPost, "stop activity", "show failure", "headline Backup had errors",
+                                         "await user"));
+  EXPECT_FALSE(fileExists(staging()));
+  EXPECT_FALSE(fileExists(manifest));
+  EXPECT_THAT(log(), HasSubstr("] Cleaning up after failed Backup\n"));
+
+  controller->displayLogWindow();
+  runLoop.fireUntilStopped();
+  EXPECT_THAT(eventsSince(), ElementsAre("open Corvane.log with Console.app", "close", "terminate 1"));
+}
+
+TEST_F(StagingTest, CancelAnnouncesTheEndTwice) {
+  start();
+  eventsSince();
+  controller->cancelBackup();
+  EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost, "stop activity", "show failure",
+                                         "headline Backup had errors", "await user", kPost));
+  EXPECT_FALSE(fileExists(staging()));
+  EXPECT_FALSE(fileExists(scriptPath()));
+  EXPECT_THAT(
+      log(), AllOf(HasSubstr("] User: Cancelling Backup\n"), HasSubstr("] Cleaning up after failed Backup\n"),
+                   HasSubstr("] Cleaning up after Cancelled Backup\n")));
+
+  runLoop.endOfOutput();  // a read that was under way when the task was stopped
+  EXPECT_THAT(eventsSince(), ElementsAre());
+  controller->cancelBackup();  // the user presses it again
+  EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
+}
+
+}  // namespace
+}  // namespace corvane

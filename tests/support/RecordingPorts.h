@@ -1,0 +1,130 @@
+// Ports that write down, in one list, what a run asks of them; time and output are the test's to give.
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/AppController.h"
+
+namespace corvane {
+
+class RecordingPorts : public StatusDisplay, public ProgressBars, public ProgressWindow, public Workspace {
+ public:
+  std::vector<std::string> events;
+
+  void setHeadline(const std::string& text) override { note("headline", text); }
+  void setStatus(const std::string& text) override {
+    status_ = text;
+    note("status", text);
+  }
+  [[nodiscard]] const std::string& status() const override { return status_; }
+
+  void stopActivity() override { note("stop activity"); }
+  void setStepMaximum(double maximum) override { note("maximum", number(maximum)); }
+  void advanceSteps(double delta) override { note("advance", number(delta)); }
+
+  void open(ScreenPoint point) override {
+    opacity_ = 1.0;
+    note("open", number(point.x) + "," + number(point.y));
+  }
+  void showFailure() override { note("show failure"); }
+  void awaitDismissal(std::function<void()> /*dismiss*/) override { note("await user"); }
+  [[nodiscard]] double opacity() const override { return opacity_; }
+  void setOpacity(double opacity) override {
+    opacity_ = opacity;
+    ++fadeSteps;
+  }
+  void close() override { note("close"); }
+
+  void launchApplication(const std::string& name) override { note("launch", name); }
+  void openFile(const std::string& path, const std::string& application) override {
+    note("open " + path.substr(path.find_last_of('/') + 1) + " with", application);
+  }
+  void postNotification(const std::string& name) override { note("post", name); }
+  void terminate(int status) override { note("terminate", std::to_string(status)); }
+
+  int fadeSteps = 0;
+
+ private:
+  static std::string number(double value) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", value);
+    return text;
+  }
+  void note(const std::string& what, const std::string& value = "") {
+    events.push_back(value.empty() ? what : what + " " + value);
+  }
+
+  std::string status_;
+  double opacity_ = 0.0;
+};
+
+/// Fires when the test says so, and hands over the bytes that the test gives.
+class ManualRunLoop : public RunLoop {
+ public:
+  [[nodiscard]] std::unique_ptr<Source> repeat(double seconds, std::function<void()> fire) override {
+    interval = seconds;
+    return install(timer_, std::move(fire));
+  }
+  [[nodiscard]] std::unique_ptr<Source> read(int /*descriptor*/, ReadHandler handler) override {
+    return install(reader_, std::move(handler));
+  }
+
+  /// Fires the timer until it is stopped; how often that was, at most `limit`.
+  int fireUntilStopped(int limit = 100) {
+    int count = 0;
+    for (; count < limit; ++count) {
+      const auto timer = timer_.lock();
+      if (!timer) break;
+      (*timer)();
+    }
+    return count;
+  }
+  void output(std::string_view bytes) {
+    if (const auto reader = reader_.lock()) (*reader)(bytes);
+  }
+  void endOfOutput() { output(""); }
+  [[nodiscard]] bool isTimerRunning() const { return !timer_.expired(); }
+
+  double interval = 0;
+
+ private:
+  template <typename Callback>
+  struct Held : Source {
+    explicit Held(std::shared_ptr<Callback> held) : callback(std::move(held)) {}
+    std::shared_ptr<Callback> callback;
+  };
+  template <typename Callback>
+  static std::unique_ptr<Source> install(std::weak_ptr<Callback>& slot, Callback callback) {
+    auto held = std::make_shared<Callback>(std::move(callback));
+    slot = held;
+    return std::make_unique<Held<Callback>>(std::move(held));
+  }
+
+  std::weak_ptr<std::function<void()>> timer_;
+  std::weak_ptr<ReadHandler> reader_;
+};
+
+/// Property lists by their file's name; what is not there cannot be read.
+class MemoryPropertyLists : public PropertyLists {
+ public:
+  std::map<std::string, PropertyListDictionary> files;
+  std::map<std::string, PropertyListDictionary> written;
+
+  [[nodiscard]] std::optional<PropertyListDictionary> readDictionary(const std::string& path,
+                                                                     std::string& problem) override {
+    const auto file = files.find(path.substr(path.find_last_of('/') + 1));
+    if (file != files.end()) return file->second;
+    problem = "cannot read " + path;
+    return std::nullopt;
+  }
+  [[nodiscard]] bool writeXml(const std::string& path, const PropertyListDictionary& dictionary,
+                              std::string& /*problem*/) override {
+    written[path] = dictionary;
+    return true;
+  }
+};
+
+}  // namespace corvane
