@@ -1,0 +1,14 @@
+// Reads what a run needs to know about its machine. One source file per system. Thread: main.
+#pragma once
+
+#include "script/Facts.h"
+
+namespace corvane {
+
+/// Never fails: what the system does not tell is left empty.
+[[nodiscard]] Facts readFacts();
+
+/// Today in the user's time zone.
+[[nodiscard]] CalendarDate currentDate();
+
+}  // namespace corvane

@@ -1,0 +1,53 @@
+#include <pwd.h>
+#include <unistd.h>
+#include <array>
+#include <cstdlib>
+
+#include "platform/SystemFacts.h"
+#include "process/QSComputerName.h"
+
+namespace corvane {
+namespace {
+
+// The folders below the home are those of macOS, so the mail clients are looked for as on a current one.
+constexpr double kAppKitOfCurrentSystem = 1671;
+constexpr int kMinorVersionOfCurrentSystem = 14;
+
+std::string getHomeDirectory() {
+  if (const char* home = std::getenv("HOME"); home && *home) return home;
+  const passwd* entry = ::getpwuid(::geteuid());
+  return entry && entry->pw_dir ? entry->pw_dir : "";
+}
+
+std::string userName() {
+  const passwd* entry = ::getpwuid(::geteuid());
+  return entry && entry->pw_name ? entry->pw_name : std::to_string(::geteuid());
+}
+
+// Beside the program, wherever the application folder was put.
+std::string getToolsFolder() {
+  std::array<char, 4096> path{};
+  const ssize_t length = ::readlink("/proc/self/exe", path.data(), path.size() - 1);
+  if (length <= 0) return {};
+  const std::string program(path.data(), static_cast<std::size_t>(length));
+  return program.substr(0, program.find_last_of('/')) + "/Resources/bin";
+}
+
+}  // namespace
+
+Facts readFacts() {
+  const std::string home = getHomeDirectory();
+  const std::string library = home + "/Library";
+  return {.homeDirectory = home,
+          .libraryFolder = library,
+          .appSupportFolder = library + "/Application Support",
+          .documentsFolder = home + "/Documents",
+          .toolsFolder = getToolsFolder(),
+          .userName = userName(),
+          .localizedComputerName = QSComputerName::getLocalizedComputerName(),
+          .appKitVersion = kAppKitOfCurrentSystem,
+          .minorSystemVersion = kMinorVersionOfCurrentSystem,
+          .today = currentDate()};
+}
+
+}  // namespace corvane

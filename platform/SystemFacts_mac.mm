@@ -1,0 +1,41 @@
+#import <AppKit/AppKit.h>
+
+#include <sys/utsname.h>
+#include <cstdlib>
+
+#include "platform/SystemFacts.h"
+#import "platform/cocoa/Strings.h"
+#include "process/QSComputerName.h"
+
+namespace corvane {
+namespace {
+
+std::string userFolder(NSSearchPathDirectory directory) {
+  NSArray* folders = NSSearchPathForDirectoriesInDomains(directory, NSUserDomainMask, YES);
+  return [folders count] == 0 ? std::string() : toUtf8([folders objectAtIndex:0]);
+}
+
+// The kernel's major version has been the system's minor version plus four since 10.0, and goes on counting
+// on systems that no longer call themselves 10.
+int minorSystemVersion() {
+  constexpr int kKernelAhead = 4;
+  utsname system{};
+  return ::uname(&system) == 0 ? std::atoi(system.release) - kKernelAhead : 0;
+}
+
+}  // namespace
+
+Facts readFacts() {
+  return {.homeDirectory = toUtf8(NSHomeDirectory()),
+          .libraryFolder = userFolder(NSLibraryDirectory),
+          .appSupportFolder = userFolder(NSApplicationSupportDirectory),
+          .documentsFolder = userFolder(NSDocumentDirectory),
+          .toolsFolder = toUtf8([[NSBundle mainBundle] resourcePath]) + "/bin",
+          .userName = toUtf8(NSUserName()),
+          .localizedComputerName = QSComputerName::getLocalizedComputerName(),
+          .appKitVersion = NSAppKitVersionNumber,
+          .minorSystemVersion = minorSystemVersion(),
+          .today = currentDate()};
+}
+
+}  // namespace corvane

@@ -1,0 +1,55 @@
+#import "platform/cocoa/AppControllerAdapter.h"
+
+#include <cstdlib>
+
+#include "app/AppController.h"
+#include "platform/SystemFacts.h"
+#include "platform/SystemPropertyLists.h"
+#import "platform/cocoa/CocoaProgressWindow.h"
+#import "platform/cocoa/CocoaRunLoop.h"
+#import "platform/cocoa/CocoaWorkspace.h"
+
+namespace corvane {
+
+// One run with a window; the controller comes last, so that it goes first.
+struct CocoaRun {
+  explicit CocoaRun(const ProgressViews& views) : window(views) {}
+
+  CocoaRunLoop runLoop;
+  CocoaWorkspace workspace;
+  SystemPropertyLists propertyLists;
+  CocoaProgressWindow window;
+  AppController controller{readFacts(), {window, window, window, workspace, runLoop, propertyLists}};
+};
+
+}  // namespace corvane
+
+@implementation AppController
+
+- (void)awakeFromNib {
+  if (run_) return;  // some loaders wake the owner of a file more than once
+  [NSApp setDelegate:self];
+  run_ = std::make_unique<corvane::CocoaRun>(corvane::ProgressViews{
+      backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus, openLogButton});
+  run_->controller.awakeFromNib();
+}
+
+- (IBAction)cancelBackup:(id)sender {
+  (void)sender;
+  run_->controller.cancelBackup();
+}
+
+- (IBAction)displayLogWindow:(id)sender {
+  (void)sender;
+  run_->controller.displayLogWindow();
+}
+
+// Left by itself the application would always exit with 0.
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  (void)notification;
+  const int status = run_->workspace.exitStatus();
+  run_.reset();
+  std::exit(status);
+}
+
+@end

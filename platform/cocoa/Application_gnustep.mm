@@ -1,0 +1,50 @@
+#import <AppKit/AppKit.h>
+
+#include <unistd.h>
+#include <cstdlib>
+
+#include "platform/Display.h"
+#import "platform/cocoa/Application.h"
+
+namespace corvane {
+namespace {
+
+NSDictionary* appearance() {
+  return [NSDictionary
+      dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NO", @"GSAppOwnsMiniwindow", @"1",
+                                   @"NSExceptionHandlerMask", @"DejaVuSans", @"NSFont", @"DejaVuSans-Bold",
+                                   @"NSBoldFont", @"0.93 0.93 0.93", @"windowBackgroundColor",
+                                   @"0.93 0.93 0.93", @"controlBackgroundColor", @"0.93 0.93 0.93",
+                                   @"controlHighlightColor", @"0.95 0.95 0.95", @"controlColor",
+                                   @"0.7 0.7 0.7", @"controlShadowColor", @"0.45 0.45 0.45",
+                                   @"controlDarkShadowColor", @"0.22 0.46 0.84",
+                                   @"alternateSelectedControlColor", nil];
+}
+
+// Without a window manager nobody else decorates an alert.
+NSDictionary* decorations() {
+  return isWindowManagerRunning()
+             ? [NSDictionary dictionary]
+             : [NSDictionary dictionaryWithObject:@"NO" forKey:@"GSBackHandlesWindowDecorations"];
+}
+
+// GNUstep would open every bare word of the command line as a file; this program has no arguments.
+void hideArguments(const char** argv) {
+  char* name[] = {const_cast<char*>(argv[0]), nullptr};
+  [NSProcessInfo initializeWithArguments:name count:1 environment:environ];
+}
+
+}  // namespace
+
+int runApplication(int /*argc*/, const char** argv) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  hideArguments(argv);
+  NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
+  [defaults registerDefaults:appearance()];
+  [defaults registerDefaults:decorations()];
+  NSApplicationMain(1, argv);
+  [pool release];
+  return EXIT_FAILURE;
+}
+
+}  // namespace corvane

@@ -1,0 +1,96 @@
+#import "platform/cocoa/CocoaProgressWindow.h"
+
+#import "platform/cocoa/Strings.h"
+#import "ui/PLAttachedWindow.h"
+#include "ui/StatusLine.h"
+
+namespace corvane {
+namespace {
+
+constexpr NSControlTint kGraphite = static_cast<NSControlTint>(6);
+
+bool fits(NSTextField* field, const std::string& text) {
+  NSDictionary* attributes = [NSDictionary dictionaryWithObject:[field font] forKey:NSFontAttributeName];
+  return [toNSString(text) sizeWithAttributes:attributes].width <= NSWidth([field bounds]);
+}
+
+}  // namespace
+
+void CocoaProgressWindow::setHeadline(const std::string& text) {
+  [views_.modeTextField setStringValue:toNSString(text)];
+  [backupNowWindow_ displayIfNeeded];
+}
+
+void CocoaProgressWindow::setStatus(const std::string& text) {
+  status_ = text;
+  NSTextField* field = views_.backupNowStatus;
+  const std::string line = statusLine(text);
+  const auto fitsField = [&](const std::string& candidate) { return fits(field, candidate); };
+  [field setStringValue:toNSString(shortenToFit(line, fitsField))];
+  [field setToolTip:toNSString(line)];
+  [backupNowWindow_ displayIfNeeded];
+}
+
+void CocoaProgressWindow::stopActivity() { [views_.backupProgress stopAnimation:nil]; }
+
+void CocoaProgressWindow::setStepMaximum(double maximum) { [views_.overallProgress setMaxValue:maximum]; }
+
+void CocoaProgressWindow::advanceSteps(double delta) { [views_.overallProgress incrementBy:delta]; }
+
+void CocoaProgressWindow::open(ScreenPoint point) {
+  backupNowWindow_ = [[PLAttachedWindow alloc] initWithView:views_.backupNowView
+                                            attachedToPoint:NSMakePoint(point.x, point.y)
+                                                   inWindow:nil
+                                                     onSide:PLSideRightRising
+                                                 atDistance:0.0];
+  [backupNowWindow_ setReleasedWhenClosed:NO];
+  [backupNowWindow_ setHasArrow:0.0];
+  [backupNowWindow_ setMovableByWindowBackground:YES];
+  startBars();
+  dress();
+  [views_.openLogButton setHidden:YES];
+  [backupNowWindow_ orderFrontRegardless];
+  [backupNowWindow_ displayIfNeeded];
+}
+
+void CocoaProgressWindow::startBars() {
+  [views_.backupProgress setUsesThreadedAnimation:YES];
+  [views_.backupProgress startAnimation:nil];
+  [views_.backupProgress setHidden:NO];
+  [views_.overallProgress setUsesThreadedAnimation:YES];
+  [views_.overallProgress setMinValue:0.0];
+  [views_.overallProgress setDoubleValue:0.0];
+  [views_.overallProgress setHidden:NO];
+  [views_.backupNowStatus setHidden:NO];
+}
+
+void CocoaProgressWindow::dress() {
+  [backupNowWindow_ setBorderColor:[NSColor colorWithCalibratedWhite:0.93 alpha:0.9]];
+  [backupNowWindow_ setBackgroundColor:[backupNowWindow_ gradientWindow]];
+  [views_.backupProgress setControlTint:kGraphite];
+  [views_.overallProgress setControlTint:kGraphite];
+}
+
+void CocoaProgressWindow::showFailure() {
+  [views_.backupProgress setHidden:YES];
+  [views_.overallProgress setHidden:YES];
+  [views_.backupNowStatus setHidden:YES];
+  [views_.openLogButton setHidden:NO];
+}
+
+double CocoaProgressWindow::opacity() const {
+  return backupNowWindow_ == nil ? 0.0 : static_cast<double>([backupNowWindow_ alphaValue]);
+}
+
+void CocoaProgressWindow::setOpacity(double opacity) {
+  [backupNowWindow_ setAlphaValue:static_cast<CGFloat>(opacity)];
+}
+
+void CocoaProgressWindow::close() {
+  [backupNowWindow_ orderOut:nil];
+  [backupNowWindow_ setAlphaValue:1.0];
+  [backupNowWindow_ release];
+  backupNowWindow_ = nil;
+}
+
+}  // namespace corvane

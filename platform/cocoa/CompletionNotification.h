@@ -1,0 +1,12 @@
+// Announcements to other processes. Needs no display. Thread: main.
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+/// Posts a distributed notification with no object and no user information, to be delivered at once. A
+/// failure is logged.
+void postDistributedNotification(const std::string& name);
+
+}  // namespace corvane

@@ -1,0 +1,17 @@
+// The two doors through which texts pass between the C++ rooms and the frameworks. Thread: any.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+#include <string_view>
+
+namespace corvane {
+
+/// An autoreleased string. Bytes that are no UTF-8 are read as Latin-1, so that nothing is ever lost.
+NSString* toNSString(std::string_view text);
+
+/// UTF-8; empty for nil.
+std::string toUtf8(NSString* text);
+
+}  // namespace corvane

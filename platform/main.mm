@@ -1,0 +1,12 @@
+#include "platform/Display.h"
+#include "platform/SystemFacts.h"
+#include "platform/SystemPropertyLists.h"
+#import "platform/cocoa/Application.h"
+#import "platform/cocoa/CompletionNotification.h"
+#include "platform/headless/HeadlessMain.h"
+
+int main(int argc, const char** argv) {
+  if (corvane::isDisplayAvailable()) return corvane::runApplication(argc, argv);
+  corvane::SystemPropertyLists propertyLists;
+  return corvane::runHeadless(corvane::readFacts(), propertyLists, corvane::postDistributedNotification);
+}
