@@ -19,10 +19,11 @@ function(gnustep_flags target libs)
   list(TRANSFORM includes REPLACE "^-I" "")
   list(FILTER flags EXCLUDE REGEX "^(-I.*|-O.*|-g|-MMD|-MP|-Wall)$")
   # SYSTEM: the framework's headers raise over a thousand warnings under ours. CMake 3.25 knows no
-  # OBJCXX standard for g++, hence -std here; without cxx-cdtors C++ instance variables are not constructed.
+  # OBJC or OBJCXX standard for GCC, hence -std; without cxx-cdtors C++ instance variables are not constructed.
   target_include_directories(${target} SYSTEM INTERFACE ${includes})
   target_compile_options(${target} INTERFACE
     "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${flags}>"
+    "$<$<COMPILE_LANGUAGE:OBJC>:-std=c11>"
     "$<$<COMPILE_LANGUAGE:OBJCXX>:-std=c++20;-fobjc-call-cxx-cdtors>")
   target_link_libraries(${target} INTERFACE ${link})
 endfunction()

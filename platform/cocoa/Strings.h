@@ -11,7 +11,7 @@ namespace corvane {
 /// An autoreleased string. Bytes that are no UTF-8 are read as Latin-1, so that nothing is ever lost.
 NSString* toNSString(std::string_view text);
 
-/// UTF-8; empty for nil.
+/// UTF-8, zero bytes included; empty for nil. What is no Unicode, such as half a surrogate pair, is lost.
 std::string toUtf8(NSString* text);
 
 }  // namespace corvane

@@ -12,8 +12,9 @@ NSString* toNSString(std::string_view text) {
 }
 
 std::string toUtf8(NSString* text) {
-  const char* bytes = [text UTF8String];
-  return bytes == nullptr ? std::string() : std::string(bytes);
+  NSData* bytes = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  if (bytes == nil) return "";
+  return {static_cast<const char*>([bytes bytes]), [bytes length]};
 }
 
 }  // namespace corvane
