@@ -5,7 +5,6 @@
 
 #include "app/DestinationCheck.h"
 #include "app/DockPosition.h"
-#include "app/FolderSize.h"
 #include "app/ManifestFile.h"
 #include "process/Files.h"
 #include "process/Log.h"
@@ -37,7 +36,8 @@ AppController::AppController(const Facts& facts, Ports ports)
       supportFolder_(facts.appSupportFolder + "/Quillon/Corvane/"),
       scriptPath_(supportFolder_ + kScriptName),
       logPath_(facts.libraryFolder + "/Logs/Corvane.log"),
-      ports_(ports) {}
+      ports_(ports),
+      monitor_(ports.activity, ports.runLoop, record_, facts.libraryFolder + "/Mail") {}
 
 // Before the other members go: the end of the script is still reported to this controller.
 AppController::~AppController() { backupTask_.reset(); }
@@ -87,13 +87,15 @@ void AppController::runBackupNow() {
 }
 
 void AppController::openWindow() {
-  ports_.window.open(windowPoint(getDockPosition(ports_.propertyLists, facts_.libraryFolder)));
+  const auto dock = getDockPosition(ports_.propertyLists, facts_.libraryFolder);
+  monitor_.forgetMailCheck();
   ports_.display.setHeadline("Readying Corvane...");
+  ports_.window.open(windowPoint(dock));
 }
 
 void AppController::generateShellScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
-  ports_.bars.setStepMaximum(record_.progressMaximum);
+  ports_.steps.setStepMaximum(record_.progressMaximum);
   writeManifests();
   // When it cannot be written, one that a killed run left must not be taken for this run's.
   if (!QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
@@ -128,7 +130,7 @@ void AppController::appendOutput(const std::string& output) {
   } else if (!contains(output, "dyld")) {
     updateDisplayWithStatus(output);
   }
-  if (countsAsStep(output)) ports_.bars.advanceSteps(1.0);
+  if (countsAsStep(output)) ports_.steps.advanceSteps(1.0);
 }
 
 void AppController::processFinished() {
@@ -136,7 +138,7 @@ void AppController::processFinished() {
   removeFile(scriptPath_);
   if (!record_.contentsLocation.empty()) removeFile(record_.contentsLocation);
   succeeded_ = contains(ports_.display.status(), kSuccess);
-  ports_.bars.stopActivity();
+  ports_.activity.stopActivity();
   if (succeeded_) {
     startFadeTimer();
   } else {
@@ -159,7 +161,7 @@ void AppController::deleteStagingFolder(const char* announcement) {
 
 void AppController::cancelBackup() {
   log("User: Cancelling Backup");
-  ports_.display.setStatus("Cancelling Backup");
+  updateDisplayWithStatus("Cancelling Backup");
   if (backupTask_) backupTask_->stopProcess();
   deleteStagingFolder("Cleaning up after Cancelled Backup");
   startFadeTimer();
@@ -189,7 +191,7 @@ void AppController::fade() {
 
 void AppController::measureMailFolder() {
   updateDisplayWithStatus("Determining Backup Size...");
-  if (const auto size = measureFolder(facts_.libraryFolder + "/Mail")) mailFolderSize_ = *size;
+  monitor_.getMailFolderSize();
 }
 
 bool AppController::folderHasEntries(const std::string& path) { return corvane::folderHasEntries(path); }

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "app/BackupConfiguration.h"
+#include "app/ProgressMonitor.h"
 #include "app/ProgressWindow.h"
 #include "app/PropertyLists.h"
 #include "app/Workspace.h"
@@ -22,7 +23,8 @@ namespace corvane {
 /// What a run asks the machine through.
 struct Ports {
   StatusDisplay& display;
-  ProgressBars& bars;
+  ActivityBar& activity;
+  StepBar& steps;
   ProgressWindow& window;
   Workspace& workspace;
   RunLoop& runLoop;
@@ -74,7 +76,7 @@ class AppController : private TaskController, private ScriptHost {
   const std::string logPath_;
   Ports ports_;
   RunRecord record_;
-  float mailFolderSize_ = 0;
+  ProgressMonitor monitor_;
   bool succeeded_ = false;
   std::unique_ptr<TaskWrapper> backupTask_;
   std::unique_ptr<RunLoop::Source> timer_;  // of the fade

@@ -1,4 +1,4 @@
-// Ports: what a run shows. One object may stand behind all three; each user gets only what it needs.
+// Ports: what a run shows. One object may stand behind all of them; each user gets only what it needs.
 // Owner: the composition root. Thread: main. Texts are UTF-8.
 #pragma once
 
@@ -18,11 +18,22 @@ class StatusDisplay {
   [[nodiscard]] virtual const std::string& status() const = 0;
 };
 
-/// The activity bar, which moves while something goes on, and the step bar, which counts.
-class ProgressBars {
+/// The bar that moves while something goes on. It can show a percentage instead.
+class ActivityBar {
  public:
-  virtual ~ProgressBars() = default;
+  virtual ~ActivityBar() = default;
+  virtual void startActivity() = 0;
   virtual void stopActivity() = 0;
+  /// From now on the bar shows a percentage, 0 at first; `startActivity` makes it move again.
+  virtual void showPercentage() = 0;
+  /// Any number, infinite ones included: the bar itself stays within its ends.
+  virtual void setPercentage(double percentage) = 0;
+};
+
+/// The bar that counts the steps of the script.
+class StepBar {
+ public:
+  virtual ~StepBar() = default;
   virtual void setStepMaximum(double maximum) = 0;
   virtual void advanceSteps(double delta) = 0;
 };

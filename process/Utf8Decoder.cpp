@@ -1,5 +1,7 @@
 #include "process/Utf8Decoder.h"
 
+#include <algorithm>
+
 namespace corvane {
 namespace {
 
@@ -27,6 +29,13 @@ bool continues(Byte lead, std::size_t index, Byte byte) {
   return byte >= low && byte <= high;
 }
 
+// Most output is plain ASCII: as much of it as there is, taken in one piece.
+std::size_t asciiPrefix(std::string_view text) {
+  const auto* end =
+      std::find_if(text.begin(), text.end(), [](char byte) { return static_cast<Byte>(byte) >= 0x80; });
+  return static_cast<std::size_t>(end - text.begin());
+}
+
 // How many bytes at the start of `text` are a character or the beginning of one.
 std::size_t wellFormed(std::string_view text) {
   const auto lead = static_cast<Byte>(text[0]);
@@ -48,6 +57,12 @@ std::string Utf8Decoder::decode(std::string_view bytes) {
   text.reserve(rest.size());
   bool broken = false;
   while (!rest.empty()) {
+    if (const std::size_t plain = asciiPrefix(rest); plain > 0) {
+      text += rest.substr(0, plain);
+      rest.remove_prefix(plain);
+      broken = false;
+      continue;
+    }
     const std::size_t count = wellFormed(rest);
     const bool whole = count > 0 && count == lengthOf(static_cast<Byte>(rest[0]));
     if (whole) {

@@ -19,7 +19,7 @@ struct CocoaRun {
   CocoaWorkspace workspace;
   SystemPropertyLists propertyLists;
   CocoaProgressWindow window;
-  AppController controller{readFacts(), {window, window, window, workspace, runLoop, propertyLists}};
+  AppController controller{readFacts(), {window, window, window, window, workspace, runLoop, propertyLists}};
 };
 
 }  // namespace corvane

@@ -22,7 +22,7 @@ struct ProgressViews {
   NSButton* openLogButton;
 };
 
-class CocoaProgressWindow : public StatusDisplay, public ProgressBars, public ProgressWindow {
+class CocoaProgressWindow : public StatusDisplay, public ActivityBar, public StepBar, public ProgressWindow {
  public:
   explicit CocoaProgressWindow(const ProgressViews& views) : views_(views) {}
   ~CocoaProgressWindow() override { close(); }
@@ -33,7 +33,10 @@ class CocoaProgressWindow : public StatusDisplay, public ProgressBars, public Pr
   void setStatus(const std::string& text) override;
   [[nodiscard]] const std::string& status() const override { return status_; }
 
+  void startActivity() override;
   void stopActivity() override;
+  void showPercentage() override;
+  void setPercentage(double percentage) override;
   void setStepMaximum(double maximum) override;
   void advanceSteps(double delta) override;
 

@@ -31,6 +31,23 @@ void CocoaProgressWindow::setStatus(const std::string& text) {
   [backupNowWindow_ displayIfNeeded];
 }
 
+void CocoaProgressWindow::startActivity() {
+  [views_.backupProgress setIndeterminate:YES];
+  [views_.backupProgress startAnimation:nil];
+}
+
+void CocoaProgressWindow::showPercentage() {
+  [views_.backupProgress setIndeterminate:NO];
+  [views_.backupProgress setDoubleValue:0.0];
+  [views_.backupProgress setMaxValue:100.0];
+  [views_.backupProgress setMinValue:0.0];
+  [views_.backupProgress setDoubleValue:0.0];
+}
+
+void CocoaProgressWindow::setPercentage(double percentage) {
+  [views_.backupProgress setDoubleValue:percentage];
+}
+
 void CocoaProgressWindow::stopActivity() { [views_.backupProgress stopAnimation:nil]; }
 
 void CocoaProgressWindow::setStepMaximum(double maximum) { [views_.overallProgress setMaxValue:maximum]; }
@@ -54,8 +71,9 @@ void CocoaProgressWindow::open(ScreenPoint point) {
 }
 
 void CocoaProgressWindow::startBars() {
+  [views_.overallProgress setDisplayedWhenStopped:YES];
   [views_.backupProgress setUsesThreadedAnimation:YES];
-  [views_.backupProgress startAnimation:nil];
+  startActivity();
   [views_.backupProgress setHidden:NO];
   [views_.overallProgress setUsesThreadedAnimation:YES];
   [views_.overallProgress setMinValue:0.0];
@@ -64,7 +82,9 @@ void CocoaProgressWindow::startBars() {
   [views_.backupNowStatus setHidden:NO];
 }
 
+// What GNUstep does not take from the interface file is set here again.
 void CocoaProgressWindow::dress() {
+  [views_.modeTextField setFont:[NSFont boldSystemFontOfSize:13.0]];
   [backupNowWindow_ setBorderColor:[NSColor colorWithCalibratedWhite:0.93 alpha:0.9]];
   [backupNowWindow_ setBackgroundColor:[backupNowWindow_ gradientWindow]];
   [views_.backupProgress setControlTint:kGraphite];

@@ -7,27 +7,41 @@
 
 #include "process/PipeRead.h"
 
-// The target of one timer.
+namespace corvane {
+
+// What the two Objective-C objects below report to. Free of data, because GNU's Objective-C cannot encode the
+// standard library's function type.
+class Arrival {
+ public:
+  virtual ~Arrival() = default;
+  virtual void arrived() = 0;
+};
+
+}  // namespace corvane
+
+// The target of one timer. Its source is nil once that is gone.
 @interface QSRepeatingTimer : NSObject {
   NSTimer* timer_;
-  std::function<void()> fire_;
+  corvane::Arrival* source_;
 }
-- (id)initWithInterval:(NSTimeInterval)seconds action:(std::function<void()>*)fire;
+- (id)initWithInterval:(NSTimeInterval)seconds source:(corvane::Arrival*)source;
 - (void)timerFired:(NSTimer*)timer;
 - (void)stop;
 @end
 
-// The observer of one descriptor. It waits in the background and reads on the main thread.
+// The observer of one descriptor. It waits in the background; its source reads on the main thread and then
+// asks it to wait again.
 @interface QSBackgroundReader : NSObject {
   NSFileHandle* handle_;
-  corvane::RunLoop::ReadHandler handler_;
-  std::string buffer_;
+  corvane::Arrival* source_;
 }
-- (id)initWithDescriptor:(int)descriptor handler:(corvane::RunLoop::ReadHandler*)handler;
+- (id)initWithDescriptor:(int)descriptor source:(corvane::Arrival*)source;
+- (void)wait;
 - (void)dataAvailable:(NSNotification*)notification;
 - (void)stop;
 @end
 
+namespace corvane {
 namespace {
 
 // Also while the user drags the window or an alert is up.
@@ -36,38 +50,80 @@ NSArray* servedModes() {
       arrayWithObjects:NSDefaultRunLoopMode, NSModalPanelRunLoopMode, NSEventTrackingRunLoopMode, nil];
 }
 
-// What the C++ side holds: its end stops the object.
-template <typename Object>
-struct Handle : corvane::RunLoop::Source {
-  explicit Handle(Object* owned) : object(owned) {}
-  ~Handle() override {
-    [object stop];
-    [object release];
+}  // namespace
+
+// Both sources call a copy of what they hold, since the call may destroy them.
+
+class TimerSource : public RunLoop::Source, private Arrival {
+ public:
+  TimerSource(double seconds, std::function<void()> action) : action_(std::move(action)) {
+    target_ = [[QSRepeatingTimer alloc] initWithInterval:seconds source:this];
   }
-  Object* const object;
+  ~TimerSource() override {
+    [target_ stop];
+    [target_ release];
+  }
+  TimerSource(const TimerSource&) = delete;
+  TimerSource& operator=(const TimerSource&) = delete;
+
+ private:
+  void arrived() override {
+    const auto action = action_;
+    action();
+  }
+
+  const std::function<void()> action_;
+  QSRepeatingTimer* target_ = nil;
 };
 
-}  // namespace
+class ReaderSource : public RunLoop::Source, private Arrival {
+ public:
+  ReaderSource(int descriptor, RunLoop::ReadHandler handler)
+      : descriptor_(descriptor), handler_(std::move(handler)) {
+    observer_ = [[QSBackgroundReader alloc] initWithDescriptor:descriptor source:this];
+  }
+  ~ReaderSource() override {
+    [observer_ stop];
+    [observer_ release];
+  }
+  ReaderSource(const ReaderSource&) = delete;
+  ReaderSource& operator=(const ReaderSource&) = delete;
+
+ private:
+  void arrived() override {
+    readOnce(descriptor_, buffer_);
+    if (!buffer_.empty()) [observer_ wait];
+    const auto handler = handler_;
+    const std::string bytes = std::move(buffer_);
+    handler(bytes);
+  }
+
+  const int descriptor_;
+  const RunLoop::ReadHandler handler_;
+  std::string buffer_;
+  QSBackgroundReader* observer_ = nil;
+};
+
+}  // namespace corvane
 
 @implementation QSRepeatingTimer
 
-- (id)initWithInterval:(NSTimeInterval)seconds action:(std::function<void()>*)fire {
+- (id)initWithInterval:(NSTimeInterval)seconds source:(corvane::Arrival*)source {
   self = [super init];
   if (self == nil) return nil;
-  fire_ = std::move(*fire);
+  source_ = source;
   timer_ = [NSTimer timerWithTimeInterval:seconds
                                    target:self
                                  selector:@selector(timerFired:)
                                  userInfo:nil
                                   repeats:YES];
-  NSEnumerator* modes = [servedModes() objectEnumerator];
+  NSEnumerator* modes = [corvane::servedModes() objectEnumerator];
   while (NSString* mode = [modes nextObject]) [[NSRunLoop currentRunLoop] addTimer:timer_ forMode:mode];
   return self;
 }
 
 - (void)timerFired:(NSTimer*)timer {
-  [[self retain] autorelease];  // the action may let go of the timer
-  if (timer == timer_) fire_();
+  if (timer == timer_) source_->arrived();
 }
 
 - (void)stop {
@@ -79,29 +135,31 @@ struct Handle : corvane::RunLoop::Source {
 
 @implementation QSBackgroundReader
 
-- (id)initWithDescriptor:(int)descriptor handler:(corvane::RunLoop::ReadHandler*)handler {
+- (id)initWithDescriptor:(int)descriptor source:(corvane::Arrival*)source {
   self = [super init];
   if (self == nil) return nil;
-  handler_ = std::move(*handler);
+  source_ = source;
   handle_ = [[NSFileHandle alloc] initWithFileDescriptor:descriptor closeOnDealloc:NO];
   [[NSNotificationCenter defaultCenter] addObserver:self
                                            selector:@selector(dataAvailable:)
                                                name:NSFileHandleDataAvailableNotification
                                              object:handle_];
-  [handle_ waitForDataInBackgroundAndNotifyForModes:servedModes()];
+  [self wait];
   return self;
 }
 
+- (void)wait {
+  [handle_ waitForDataInBackgroundAndNotifyForModes:corvane::servedModes()];
+}
+
 - (void)dataAvailable:(NSNotification*)notification {
-  [[self retain] autorelease];  // the handler may let go of the reader
-  corvane::readOnce([[notification object] fileDescriptor], buffer_);
-  if (!buffer_.empty()) [handle_ waitForDataInBackgroundAndNotifyForModes:servedModes()];
-  handler_(buffer_);
+  (void)notification;
+  if (handle_ != nil) source_->arrived();  // nil: it was on its way when the reader was stopped
 }
 
 - (void)stop {
   [[NSNotificationCenter defaultCenter] removeObserver:self];
-  [handle_ release];
+  [handle_ autorelease];  // not at once: this may be inside its own notification
   handle_ = nil;
 }
 
@@ -110,13 +168,11 @@ struct Handle : corvane::RunLoop::Source {
 namespace corvane {
 
 std::unique_ptr<RunLoop::Source> CocoaRunLoop::repeat(double seconds, std::function<void()> fire) {
-  return std::make_unique<Handle<QSRepeatingTimer>>([[QSRepeatingTimer alloc] initWithInterval:seconds
-                                                                                        action:&fire]);
+  return std::make_unique<TimerSource>(seconds, std::move(fire));
 }
 
 std::unique_ptr<RunLoop::Source> CocoaRunLoop::read(int descriptor, ReadHandler handler) {
-  return std::make_unique<Handle<QSBackgroundReader>>(
-      [[QSBackgroundReader alloc] initWithDescriptor:descriptor handler:&handler]);
+  return std::make_unique<ReaderSource>(descriptor, std::move(handler));
 }
 
 }  // namespace corvane

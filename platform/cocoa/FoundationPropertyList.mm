@@ -1,8 +1,8 @@
 #import <Foundation/Foundation.h>
 
 #include "platform/cocoa/FoundationPropertyList.h"
-#include "platform/cocoa/Strings.h"
 #include "platform/cocoa/Guard.h"
+#include "platform/cocoa/Strings.h"
 #include "platform/plist/Texts.h"
 
 namespace corvane {

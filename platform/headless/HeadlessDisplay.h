@@ -10,7 +10,7 @@
 
 namespace corvane {
 
-class HeadlessDisplay : public StatusDisplay, public ProgressBars, public ProgressWindow {
+class HeadlessDisplay : public StatusDisplay, public ActivityBar, public StepBar, public ProgressWindow {
  public:
   explicit HeadlessDisplay(RunLoop& runLoop) : runLoop_(runLoop) {}
 
@@ -18,7 +18,10 @@ class HeadlessDisplay : public StatusDisplay, public ProgressBars, public Progre
   void setStatus(const std::string& text) override { status_ = text; }
   [[nodiscard]] const std::string& status() const override { return status_; }
 
+  void startActivity() override {}
   void stopActivity() override {}
+  void showPercentage() override {}
+  void setPercentage(double /*percentage*/) override {}
   void setStepMaximum(double /*maximum*/) override {}
   void advanceSteps(double /*delta*/) override {}
 

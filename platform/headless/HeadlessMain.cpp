@@ -14,7 +14,7 @@ int runHeadless(const Facts& facts, PropertyLists& propertyLists,
   HeadlessRunLoop runLoop;
   HeadlessDisplay display(runLoop);
   HeadlessWorkspace workspace(runLoop, std::move(announce));
-  AppController controller(facts, {display, display, display, workspace, runLoop, propertyLists});
+  AppController controller(facts, {display, display, display, display, workspace, runLoop, propertyLists});
   controller.awakeFromNib();
   runLoop.run();
   return workspace.exitStatus();

@@ -40,7 +40,8 @@ class AppControllerTest : public testing::Test {
     facts.appSupportFolder = facts.libraryFolder + "/Application Support";
     facts.appKitVersion = 2000;
     facts.today = {2026, 3, 9};
-    controller = std::make_unique<AppController>(facts, Ports{ports, ports, ports, ports, runLoop, lists});
+    controller =
+        std::make_unique<AppController>(facts, Ports{ports, ports, ports, ports, ports, runLoop, lists});
     controller->awakeFromNib();
   }
 
@@ -68,7 +69,7 @@ class AppControllerTest : public testing::Test {
 
 TEST_F(AppControllerTest, SuccessFadesOutAndQuits) {
   start();
-  EXPECT_THAT(eventsSince(), ElementsAre("open 10,100", "headline Readying Corvane...",
+  EXPECT_THAT(eventsSince(), ElementsAre("headline Readying Corvane...", "open 10,100",
                                          "status Checking backup destination...", "maximum 101",
                                          "headline Backup in Progress..."));
   EXPECT_TRUE(fileExists(scriptPath()));
@@ -179,7 +180,7 @@ TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
   lists.files.erase("Config.plist");
   start();
   EXPECT_THAT(eventsSince(),
-              ElementsAre("open 40,100", "headline Readying Corvane...",
+              ElementsAre("headline Readying Corvane...", "open 40,100",
                           "status Checking backup destination...", "headline Backup Failed", "await user"));
   EXPECT_FALSE(fileExists(scriptPath()));
 

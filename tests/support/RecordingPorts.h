@@ -10,7 +10,11 @@
 
 namespace corvane {
 
-class RecordingPorts : public StatusDisplay, public ProgressBars, public ProgressWindow, public Workspace {
+class RecordingPorts : public StatusDisplay,
+                       public ActivityBar,
+                       public StepBar,
+                       public ProgressWindow,
+                       public Workspace {
  public:
   std::vector<std::string> events;
 
@@ -21,7 +25,10 @@ class RecordingPorts : public StatusDisplay, public ProgressBars, public Progres
   }
   [[nodiscard]] const std::string& status() const override { return status_; }
 
+  void startActivity() override { note("start activity"); }
   void stopActivity() override { note("stop activity"); }
+  void showPercentage() override { note("show percentage"); }
+  void setPercentage(double percentage) override { note("percentage", number(percentage)); }
   void setStepMaximum(double maximum) override { note("maximum", number(maximum)); }
   void advanceSteps(double delta) override { note("advance", number(delta)); }
 
