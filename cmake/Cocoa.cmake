@@ -18,8 +18,8 @@ function(gnustep_flags target libs)
   list(FILTER includes INCLUDE REGEX "^-I/")
   list(TRANSFORM includes REPLACE "^-I" "")
   list(FILTER flags EXCLUDE REGEX "^(-I.*|-O.*|-g|-MMD|-MP|-Wall)$")
-  # SYSTEM: the framework's headers raise over a thousand warnings under ours. CMake 3.25 knows no
-  # OBJC or OBJCXX standard for GCC, hence -std; without cxx-cdtors C++ instance variables are not constructed.
+  # SYSTEM: the framework's headers raise over a thousand warnings under ours. CMake 3.25 knows no OBJC or
+  # OBJCXX standard for GCC, hence -std; without cxx-cdtors C++ instance variables are not constructed.
   target_include_directories(${target} SYSTEM INTERFACE ${includes})
   target_compile_options(${target} INTERFACE
     "$<$<COMPILE_LANGUAGE:OBJC,OBJCXX>:${flags}>"

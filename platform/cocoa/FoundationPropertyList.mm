@@ -1,5 +1,7 @@
 #import <Foundation/Foundation.h>
 
+#include <cmath>
+
 #include "platform/cocoa/FoundationPropertyList.h"
 #include "platform/cocoa/Guard.h"
 #include "platform/cocoa/Strings.h"
@@ -59,7 +61,9 @@ struct ObjectFrom {
   id operator()(const PropertyListValue::Other&) const { return nil; }
   id operator()(bool flag) const { return [NSNumber numberWithBool:flag ? YES : NO]; }
   id operator()(std::int64_t number) const { return [NSNumber numberWithLongLong:number]; }
-  id operator()(double number) const { return [NSNumber numberWithDouble:number]; }
+  id operator()(double number) const {
+    return std::isfinite(number) ? [NSNumber numberWithDouble:number] : nil;
+  }
   id operator()(const std::string& text) const { return hasFormInXml(text) ? toNSString(text) : nil; }
   id operator()(const PropertyListValue::Array& values) const {
     NSMutableArray* array = [NSMutableArray array];

@@ -18,7 +18,7 @@ namespace corvane {
 [[nodiscard]] std::optional<PropertyListValue> decodeOpenStep(std::string_view text);
 
 /// The whole file. Nothing when there is something in the dictionary that has no form in XML: a control
-/// character, a text that is no UTF-8, a value of unknown kind.
+/// character, a text that is no UTF-8, an infinite number, a value of unknown kind.
 [[nodiscard]] std::optional<std::string> encodeXml(const PropertyListDictionary& dictionary);
 
 }  // namespace corvane

@@ -1,5 +1,6 @@
 #include <plist/plist.h>
 
+#include <cmath>
 #include <cstdlib>
 #include <memory>
 #include <utility>
@@ -122,7 +123,9 @@ struct NodeFrom {
   Node operator()(std::int64_t number) const {
     return Node(plist_new_uint(static_cast<std::uint64_t>(number)));
   }
-  Node operator()(double number) const { return Node(plist_new_real(number)); }
+  Node operator()(double number) const {
+    return std::isfinite(number) ? Node(plist_new_real(number)) : nullptr;
+  }
   Node operator()(const std::string& text) const {
     return hasFormInXml(text) ? Node(plist_new_string(text.c_str())) : nullptr;
   }

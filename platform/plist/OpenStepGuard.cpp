@@ -67,10 +67,10 @@ char following(char expected) {
   }
 }
 
-// The bracket that may stand in place of what is expected.
+// The bracket that may stand in place of what is expected; kEnd for none.
 char closing(char expected) {
   if (expected == kKey) return '}';
-  return expected == kItem || expected == ',' ? ')' : kBad;
+  return expected == kItem || expected == ',' ? ')' : kEnd;
 }
 
 class OpenStepGuard {
@@ -157,21 +157,23 @@ class OpenStepGuard {
     }
     open_.back() = following(expected);
     if (expected == kRoot || expected == kValue || expected == kItem) return value(token);
-    return token == (expected == kKey ? kText : expected) || fail(faults::kMalformed);
+    if (expected == kKey && token == kText) return count();
+    return token == expected || fail(faults::kMalformed);
   }
 
   bool value(char token) {
-    if (++values_ > kMaxPropertyListValues) return fail(faults::kSize);
-    if (token == kText || token == kData) return true;
+    if (token == kText || token == kData) return count();
     if (token != '{' && token != '(') return fail(faults::kMalformed);
     open_ += token == '{' ? kKey : kItem;
-    return open_.size() <= kMaxPropertyListDepth + 1 || fail(faults::kDepth);
+    return open_.size() <= kMaxPropertyListDepth + 1 ? count() : fail(faults::kDepth);
   }
+
+  bool count() { return ++values_ <= kMaxPropertyListValues || fail(faults::kSize); }
 
   std::string_view rest_;
   Fault fault_;
   std::string open_ = std::string(1, kRoot);  // what each open bracket expects next; the file is the first
-  std::size_t values_ = 0;
+  std::size_t values_ = 0;                    // and keys
 };
 
 }  // namespace

@@ -14,7 +14,9 @@ namespace {
 constexpr std::string_view kDocument = "";
 constexpr std::array<std::string_view, 11> kElements = {"plist", "dict", "array", "key",  "string", "integer",
                                                         "real",  "true", "false", "date", "data"};
-// libplist moves the rest of a text once for every entity in it: about 0.1 seconds.
+// libplist compares a key with every other one of the same hash, which is easily made the same.
+constexpr std::size_t kMaxKeys = 1'000;
+// It moves the rest of a text once for every entity in it: about 0.1 seconds.
 constexpr std::uint64_t kMaxMovedBytes = 1'000'000'000;
 
 enum class Expects { Key, Value, Nothing };
@@ -22,6 +24,7 @@ enum class Expects { Key, Value, Nothing };
 struct Open {
   std::string_view name;
   Expects expects;
+  std::size_t keys = 0;
 };
 
 bool isContainer(std::string_view name) { return name == "plist" || name == "dict" || name == "array"; }
@@ -51,7 +54,7 @@ bool isEntity(std::string_view name) {
 
 class XmlGuard {
  public:
-  explicit XmlGuard(std::string_view text) : rest_(text) { open_.push_back({kDocument, Expects::Value}); }
+  explicit XmlGuard(std::string_view text) : rest_(text) { open_.push_back({kDocument, Expects::Value, 0}); }
 
   Fault fault() {
     if (rest_.find('\0') != std::string_view::npos || !isUtf8(rest_)) return faults::kEncoding;
@@ -124,6 +127,7 @@ class XmlGuard {
     } else if (parent.name != "array") {
       parent.expects = Expects::Nothing;
     }
+    if (name == "key" && ++parent.keys > kMaxKeys) return fail(faults::kSize);
     return ++values_ <= kMaxPropertyListValues || fail(faults::kSize);
   }
 
@@ -132,7 +136,7 @@ class XmlGuard {
     if (empty && name == "key") return fail(faults::kMalformed);
     if (!isContainer(name)) return empty ? leaf(name, "") : texts(name);
     if (name != "plist" && ++depth_ > kMaxPropertyListDepth) return fail(faults::kDepth);
-    open_.push_back({name, name == "dict" ? Expects::Key : Expects::Value});
+    open_.push_back({name, name == "dict" ? Expects::Key : Expects::Value, 0});
     return empty ? close(name) : true;
   }
 
