@@ -1,0 +1,51 @@
+// A machine, a user and a record to write scripts for.
+#pragma once
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "script/Client.h"
+#include "script/Facts.h"
+#include "script/FileNaming.h"
+#include "script/RunRecord.h"
+
+namespace corvane {
+
+inline constexpr const char* kBackupDisk = "/Volumes/Backup Disk";
+
+/// Anna's machine "Studio": macOS 10.8, on 5 November 2026.
+inline Facts annasFacts() {
+  Facts facts;
+  facts.homeDirectory = "/Users/anna";
+  facts.libraryFolder = "/Users/anna/Library";
+  facts.appSupportFolder = "/Users/anna/Library/Application Support";
+  facts.documentsFolder = "/Users/anna/Documents";
+  facts.userName = "anna";
+  facts.localizedComputerName = "Studio";
+  facts.appKitVersion = 1187;
+  facts.minorSystemVersion = 8;
+  facts.today = {2026, 11, 5};
+  return facts;
+}
+
+/// As the preferences leave it when they say nothing about names.
+inline RunRecord defaultRecord() {
+  RunRecord record;
+  record.filenameTemplate = kDefaultFilenameTemplate;
+  record.dateFormat = kDefaultDateFormat;
+  return record;
+}
+
+class FakeScriptHost : public ScriptHost {
+ public:
+  void measureMailFolder() override { ++measured; }
+  [[nodiscard]] bool folderHasEntries(const std::string& path) override {
+    return std::count(filled.begin(), filled.end(), path) > 0;
+  }
+
+  int measured = 0;
+  std::vector<std::string> filled;  ///< folders that hold something
+};
+
+}  // namespace corvane
