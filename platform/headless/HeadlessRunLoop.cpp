@@ -40,7 +40,6 @@ struct HeadlessRunLoop::Timer {
 struct HeadlessRunLoop::Reader {
   int descriptor;
   ReadHandler handler;
-  bool ended = false;
 };
 
 HeadlessRunLoop::HeadlessRunLoop() = default;
@@ -84,12 +83,13 @@ void HeadlessRunLoop::waitAndRead() {
   }
   const auto readers = living(readers_);
   std::vector<pollfd> waits;
-  for (const auto& reader : readers) waits.push_back({reader->ended ? -1 : reader->descriptor, POLLIN, 0});
+  for (const auto& reader : readers) waits.push_back({reader->descriptor, POLLIN, 0});
   if (::poll(waits.data(), static_cast<nfds_t>(waits.size()), timeout) <= 0) return;
   for (std::size_t i = 0; i < readers.size(); ++i) {
     if (waits[i].revents == 0 || readers[i].use_count() == 1) continue;
     readOnce(readers[i]->descriptor, buffer_);
-    readers[i]->ended = buffer_.empty();
+    // An ended one is forgotten first, so that nothing waits for it, whoever still holds it.
+    if (buffer_.empty()) std::erase_if(readers_, [&](auto& reader) { return reader.lock() == readers[i]; });
     readers[i]->handler(buffer_);
   }
 }
