@@ -36,9 +36,13 @@ void ChildProcess::terminate() {
 
 int ChildProcess::wait() {
   int status = status_.value_or(0);
-  while (!status_ && ::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+  while (!status_) {
+    if (::waitpid(pid_, &status, 0) == pid_) {
+      status_ = status;
+    } else if (errno != EINTR) {
+      return -1;
+    }
   }
-  status_ = status;
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 

@@ -19,7 +19,8 @@ class ChildProcess {
   /// nothing of the group runs any more, so that its files can be removed. No effect on an ended program.
   void terminate();
 
-  /// Waits for the program and answers its exit status, or 128 plus the signal that ended it.
+  /// Waits for the program and answers its exit status, or 128 plus the signal that ended it; -1 when the
+  /// system did not keep the status, as it does for a process that ignores SIGCHLD.
   [[nodiscard]] int wait();
 
  private:

@@ -12,7 +12,7 @@ namespace corvane {
 enum class Capture { outputOnly, outputAndErrors };
 
 struct ToolResult {
-  int status = -1;      ///< exit status; 128 plus the signal that ended it; -1 when it could not be started
+  int status = -1;      ///< exit status; 128 plus the signal that ended it; -1 when not started or not known
   std::string output;   ///< bytes as written, at most 64 MiB
   std::string problem;  ///< why it could not be started
 };
