@@ -17,6 +17,7 @@ TaskWrapper::TaskWrapper(RunLoop& runLoop, TaskController& controller, std::vect
 void TaskWrapper::startProcess() {
   started_ = true;
   controller_->processStarted();
+  if (!controller_) return;  // stopped by the very news
   pipe_ = std::make_unique<Pipe>();
   if (!pipe_->isOpen()) {
     log("cannot start " + arguments_.front() + ": no descriptors left");
@@ -44,10 +45,10 @@ void TaskWrapper::getData(std::string_view bytes) {
 }
 
 void TaskWrapper::stopProcess() {
+  if (!started_) return;
   reader_.reset();
   if (task_) task_->terminate();
-  TaskController* controller = std::exchange(controller_, nullptr);
-  if (started_ && controller) controller->processFinished();
+  if (TaskController* controller = std::exchange(controller_, nullptr)) controller->processFinished();
 }
 
 }  // namespace corvane

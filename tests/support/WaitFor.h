@@ -1,4 +1,4 @@
-// Waiting for a condition instead of for a time.
+// Waiting for something that another process or thread brings about.
 #pragma once
 
 #include <chrono>
@@ -6,9 +6,9 @@
 
 namespace corvane {
 
-/// Looks every few milliseconds until `condition` holds; false when it does not within `limit`.
+/// Asks `condition` until it holds, for at most `limit`; false when it never did.
 template <typename Condition>
-[[nodiscard]] bool waitFor(const Condition& condition, std::chrono::milliseconds limit) {
+[[nodiscard]] bool waitFor(Condition condition, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
   const auto end = std::chrono::steady_clock::now() + limit;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) return false;
