@@ -1,9 +1,11 @@
 #include "process/Spawn.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <unistd.h>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 
 extern char** environ;
@@ -59,6 +61,18 @@ class Attributes {
   posix_spawnattr_t attributes_{};
 };
 
+// Also those that this process was started with, or that a library opened: a program that outlived us would
+// keep a volume busy with them.
+void keepDescriptorsFromChildren() {
+  DIR* folder = ::opendir("/dev/fd");
+  if (!folder) return;
+  while (const dirent* entry = ::readdir(folder)) {
+    const int number = std::atoi(entry->d_name);
+    if (number > STDERR_FILENO) ::fcntl(number, F_SETFD, FD_CLOEXEC);
+  }
+  ::closedir(folder);
+}
+
 std::string assignment(const std::string& name) { return name + "="; }
 
 }  // namespace
@@ -91,6 +105,7 @@ Spawned spawn(const LaunchCommand& command, int output, bool withErrors) {
   } else {
     files.open(STDERR_FILENO, O_WRONLY);
   }
+  keepDescriptorsFromChildren();
   const Attributes attributes;
   const auto arguments = pointersTo(command.arguments);
   const auto environment = pointersTo(command.environment);

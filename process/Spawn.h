@@ -30,6 +30,7 @@ struct Spawned {
 
 /// Starts `command` in a process group of its own, with nothing to read, and default signal handling.
 /// Standard output goes to `output`; standard error too, or to the null device when `withErrors` is false.
+/// No other descriptor is inherited: all that this process holds are marked so, for good.
 [[nodiscard]] Spawned spawn(const LaunchCommand& command, int output, bool withErrors = true);
 
 /// A pipe whose ends no other program inherits. False when the system has no more descriptors.

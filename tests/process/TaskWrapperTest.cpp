@@ -170,6 +170,15 @@ TEST_F(TaskWrapperTest, ChildLeadsItsOwnProcessGroup) {
   EXPECT_EQ(outputOf("[ $(ps -o pgid= -p $$) = $$ ] && echo leads\n"), "leads\n");
 }
 
+TEST_F(TaskWrapperTest, ChildInheritsNoDescriptorButTheThree) {
+  const int low = ::open("/dev/null", O_RDONLY);
+  const int high = ::fcntl(low, F_DUPFD, 200);
+  // The listing itself holds one more.
+  EXPECT_EQ(outputOf("echo $(ls /dev/fd | wc -l) $([ -e /dev/fd/200 ] || echo closed)\n"), "4 closed\n");
+  ::close(low);
+  ::close(high);
+}
+
 TEST_F(TaskWrapperTest, ToolsFolderComesAfterTheSystemsOwn) {
   EXPECT_THAT(outputOf("echo \"$PATH\"\n"), EndsWith(":/opt/corvane tools\n"));
 }
