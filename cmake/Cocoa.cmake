@@ -2,7 +2,10 @@
 # `foundation` is the same without AppKit.
 add_library(cocoa INTERFACE)
 add_library(foundation INTERFACE)
+# Names the source file of each pair in platform/cocoa that holds for this system.
+set(COCOA_SYSTEM gnustep)
 if(APPLE)
+  set(COCOA_SYSTEM mac)
   target_link_libraries(cocoa INTERFACE "-framework Cocoa")
   target_link_libraries(foundation INTERFACE "-framework Foundation")
   return()

@@ -1,0 +1,152 @@
+#import "platform/cocoa/WindowSystem.h"
+
+#import <GNUstepGUI/GSDisplayServer.h>
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <algorithm>
+#include <string>
+
+#include "ui/WindowGradient.h"
+
+/// A content view that moves its window with the mouse: GNUstep only stores the flag.
+@interface PLDraggingView : NSView {
+  NSPoint grip;
+}
+@end
+
+@implementation PLDraggingView
+
+// The first click may already drag, as it does where the system itself does the dragging.
+- (BOOL)acceptsFirstMouse:(NSEvent*)event {
+  return YES;
+}
+
+// What the user works with keeps its clicks; by labels, pictures, bars and empty space the window is dragged.
+- (NSView*)hitTest:(NSPoint)point {
+  NSView* hit = [super hitTest:point];
+  if (!hit || ![[self window] isMovableByWindowBackground]) return hit;
+  const BOOL isLabel = [hit isKindOfClass:[NSTextField class]] && ![(NSTextField*)hit isSelectable];
+  if (isLabel || [hit isKindOfClass:[NSImageView class]]) return self;
+  return [hit isKindOfClass:[NSControl class]] || [hit isKindOfClass:[NSText class]] ? hit : self;
+}
+
+- (void)mouseDown:(NSEvent*)event {
+  grip = [event locationInWindow];
+}
+
+- (void)mouseDragged:(NSEvent*)event {
+  if (![[self window] isMovableByWindowBackground]) return;
+  const NSPoint mouse = [NSEvent mouseLocation];
+  [[self window] setFrameOrigin:NSMakePoint(mouse.x - grip.x, mouse.y - grip.y)];
+}
+
+// Of movements that come close together only some are reported.
+- (void)mouseUp:(NSEvent*)event {
+  [self mouseDragged:event];
+}
+
+@end
+
+namespace corvane {
+namespace {
+
+NSColor* colourAt(Length position, Length* record) {
+  Length components[4];
+  evaluateGradient(record, &position, components);
+  return [NSColor colorWithDeviceRed:components[0]
+                               green:components[1]
+                                blue:components[2]
+                               alpha:components[3]];
+}
+
+// Null when it is no X server that shows the window.
+Display* displayOf(NSWindow* window) {
+  GSDisplayServer* server = GSServerForWindow(window);
+  if (![server isKindOfClass:NSClassFromString(@"XGServer")]) return nullptr;
+  return static_cast<Display*>([server serverDevice]);
+}
+
+// A compositor announces itself as the owner of a selection that is named after the screen.
+bool hasCompositor(NSWindow* window) {
+  Display* display = displayOf(window);
+  if (!display) return true;
+  const std::string name = "_NET_WM_CM_S" + std::to_string(DefaultScreen(display));
+  return XGetSelectionOwner(display, XInternAtom(display, name.c_str(), False)) != None;
+}
+
+// Window managers give a new window the keyboard unless its user did nothing for it.
+void declineKeyboard(NSWindow* window) {
+  Display* display = displayOf(window);
+  if (!display) return;
+  const unsigned long never = 0;
+  XChangeProperty(display, reinterpret_cast<Window>([window windowRef]),
+                  XInternAtom(display, "_NET_WM_USER_TIME", False), XA_CARDINAL, 32, PropModeReplace,
+                  reinterpret_cast<const unsigned char*>(&never), 1);
+}
+
+}  // namespace
+
+ScreenUpdatesSuspended::ScreenUpdatesSuspended() = default;
+ScreenUpdatesSuspended::~ScreenUpdatesSuspended() = default;
+
+Length userSpaceScaleFactor() {
+  NSScreen* screen = [NSScreen mainScreen];
+  return screen ? [screen userSpaceScaleFactor] : 1;  // a message to nil answers no number here
+}
+
+void drawAxialShading(Length* record, NSRect rect) {
+  if (!record) return;
+  NSGradient* gradient = [[NSGradient alloc] initWithStartingColor:colourAt(0, record)
+                                                       endingColor:colourAt(1, record)];
+  [gradient drawInRect:rect angle:90];
+  [gradient release];
+  releaseGradientRecord(record);
+}
+
+void prepareWindow(NSWindow* window) {
+  NSView* content = [[PLDraggingView alloc] initWithFrame:[[window contentView] frame]];
+  [window setContentView:content];
+  [content release];
+  declineKeyboard(window);
+}
+
+void drawBacking(NSWindow* window, NSBezierPath* body) {
+  if (hasCompositor(window)) return;
+  [[NSColor windowBackgroundColor] set];
+  [body fill];
+}
+
+// Every image that is drawn into costs some kilobytes here that are never given back.
+NSImage* emptyBackground(NSWindow* window) {
+  NSColor* colour = [window backgroundColor];
+  const BOOL drawn = [[colour colorSpaceName] isEqualToString:NSPatternColorSpace];
+  NSImage* image = drawn ? [colour patternImage] : nil;
+  const NSSize needed = [window frame].size;
+  const NSSize present = image ? [image size] : NSZeroSize;
+  if (present.width < needed.width || present.height < needed.height) {
+    const NSSize both =
+        NSMakeSize(std::max(present.width, needed.width), std::max(present.height, needed.height));
+    return [[[NSImage alloc] initWithSize:both] autorelease];
+  }
+  [image lockFocus];
+  NSRectFillUsingOperation(NSMakeRect(0, 0, present.width, present.height), NSCompositeClear);
+  [image unlockFocus];
+  return image;
+}
+
+void cutToShape(NSWindow* window, NSImage* image) {
+  NSImage* shape = nil;
+  if (!hasCompositor(window)) {
+    const NSSize size = [window frame].size;
+    [image lockFocus];
+    NSBitmapImageRep* pixels =
+        [[NSBitmapImageRep alloc] initWithFocusedViewRect:NSMakeRect(0, 0, size.width, size.height)];
+    [image unlockFocus];
+    shape = [[[NSImage alloc] initWithSize:size] autorelease];
+    [shape addRepresentation:pixels];
+    [pixels release];
+  }
+  [GSServerForWindow(window) restrictWindow:[window windowNumber] toImage:shape];
+}
+
+}  // namespace corvane

@@ -1,0 +1,45 @@
+// What a user has before him: the pixels of an X screen, the mouse, and the keyboard's focus. Works on the
+// screen from outside, through a connection of its own. Coordinates are AppKit's: from the lower left corner,
+// in whole pixels. Thread: one at a time.
+#pragma once
+
+#include <memory>
+#include <string>
+
+struct _XDisplay;
+
+namespace corvane {
+
+struct Pixel {
+  int red = 0;
+  int green = 0;
+  int blue = 0;
+  bool operator==(const Pixel&) const = default;
+};
+
+class XScreen {
+ public:
+  explicit XScreen(const std::string& display);
+
+  [[nodiscard]] bool isOpen() const { return display_ != nullptr; }
+  [[nodiscard]] bool hasCompositor() const;
+
+  /// Gives the empty screen a colour, where no compositor paints it.
+  void paintBackground(Pixel colour);
+  [[nodiscard]] Pixel pixel(int x, int y) const;
+  /// Writes the whole screen as a portable pixmap. False when the file cannot be written.
+  [[nodiscard]] bool save(const std::string& path) const;
+
+  void moveMouse(int x, int y);
+  void pressMouse(bool down);
+
+  /// The X window that gets the keys.
+  [[nodiscard]] unsigned long focus() const;
+
+ private:
+  [[nodiscard]] int flipped(int y) const;
+
+  std::unique_ptr<_XDisplay, int (*)(_XDisplay*)> display_;
+};
+
+}  // namespace corvane

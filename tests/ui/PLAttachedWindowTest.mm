@@ -1,0 +1,329 @@
+#import "ui/PLAttachedWindow.h"
+
+#include <malloc.h>
+#include <cmath>
+#include <random>
+
+#import "tests/support/GuiTest.h"
+
+/// A parent window that tells what it is asked.
+@interface AskedWindow : NSWindow {
+ @public
+  id closedBy;
+}
+@end
+
+@implementation AskedWindow
+- (void)performClose:(id)sender {
+  closedBy = sender;
+}
+- (BOOL)validateMenuItem:(NSMenuItem*)item {
+  return [[item title] isEqualToString:@"Yes"];
+}
+@end
+
+namespace corvane {
+namespace {
+
+NSTextField* makeLabel() {
+  NSTextField* label = [[[NSTextField alloc] initWithFrame:NSMakeRect(20, 46, 260, 20)] autorelease];
+  [label setStringValue:@"Copying the messages"];
+  [label setEditable:NO];
+  [label setSelectable:NO];
+  [label setBezeled:NO];
+  [label setDrawsBackground:NO];
+  return label;
+}
+
+// 300 x 80: a label, and a bar below it.
+NSView* makeView() {
+  NSView* view = [[[NSView alloc] initWithFrame:NSMakeRect(0, 0, 300, 80)] autorelease];
+  [view addSubview:makeLabel()];
+  NSProgressIndicator* bar =
+      [[[NSProgressIndicator alloc] initWithFrame:NSMakeRect(20, 20, 260, 16)] autorelease];
+  [bar setIndeterminate:NO];
+  [bar setDoubleValue:40];
+  [view addSubview:bar];
+  return view;
+}
+
+AskedWindow* makeParent() {
+  AskedWindow* parent = [[[AskedWindow alloc] initWithContentRect:NSMakeRect(500, 300, 200, 100)
+                                                        styleMask:NSBorderlessWindowMask
+                                                          backing:NSBackingStoreBuffered
+                                                            defer:NO] autorelease];
+  [parent setReleasedWhenClosed:NO];
+  return parent;
+}
+
+void expectFrame(NSWindow* window, CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
+  EXPECT_TRUE(NSEqualRects([window frame], NSMakeRect(x, y, width, height)))
+      << [NSStringFromRect([window frame]) UTF8String];
+}
+
+// As a run uses it. The window is (40, 82) to (360, 166); its body begins at 56.
+class PLAttachedWindowTest : public GuiTest {
+ protected:
+  PLAttachedWindowTest()
+      : view(makeView()),
+        window([[PLAttachedWindow alloc] initWithView:view
+                                      attachedToPoint:NSMakePoint(40, 100)
+                                             inWindow:nil
+                                               onSide:PLSideRightRising
+                                           atDistance:0]) {
+    [window setReleasedWhenClosed:NO];
+    [window setHasArrow:0.0];
+    [window setMovableByWindowBackground:YES];
+    [window setBorderColor:[NSColor colorWithCalibratedWhite:0.93 alpha:0.9]];
+    [window setBackgroundColor:[window gradientWindow]];
+  }
+  ~PLAttachedWindowTest() override {
+    virtualDisplay().stopCompositor();
+    [window close];
+    [window release];
+  }
+  NSView* view;
+  PLAttachedWindow* window;
+};
+
+TEST_F(PLAttachedWindowTest, StandsBesideThePointWithItsViewInside) {
+  expectFrame(window, 40, 82, 320, 84);
+  EXPECT_TRUE(NSEqualRects([view frame], NSMakeRect(18, 2, 300, 80)));
+  EXPECT_EQ([view window], window);
+  [window setHasArrow:1.0];
+  expectFrame(window, 40, 82, 320, 84);
+  [window setArrowHeight:10];
+  expectFrame(window, 40, 82, 314, 84);
+  [window setFrame:NSMakeRect(0, 0, 500, 500) display:NO];
+  expectFrame(window, 40, 82, 314, 84);
+}
+
+TEST_F(PLAttachedWindowTest, AnswersAsAnAttachedWindow) {
+  EXPECT_FALSE([window canBecomeMainWindow]);
+  EXPECT_TRUE([window canBecomeKeyWindow]);
+  EXPECT_TRUE([window isExcludedFromWindowsMenu]);
+  EXPECT_FALSE([window isOpaque]);
+  EXPECT_TRUE([window hasShadow]);
+  EXPECT_EQ([window styleMask], NSUInteger(NSBorderlessWindowMask));
+  NSMenuItem* item = [[[NSMenuItem alloc] initWithTitle:@"Any" action:@selector(center)
+                                          keyEquivalent:@""] autorelease];
+  EXPECT_TRUE([window validateMenuItem:item]);
+  EXPECT_EQ([[PLAttachedWindow alloc] initWithView:nil attachedToPoint:NSMakePoint(0, 0)], nil);
+}
+
+TEST_F(PLAttachedWindowTest, KeepsCopiesOfItsColours) {
+  PLAttachedWindow* plain = [[[PLAttachedWindow alloc] initWithView:makeView()
+                                                    attachedToPoint:NSMakePoint(500, 300)] autorelease];
+  [plain setReleasedWhenClosed:NO];
+  EXPECT_TRUE([[plain borderColor] isEqual:[NSColor whiteColor]]);
+  EXPECT_TRUE([[plain windowBackgroundColor] isEqual:[NSColor colorWithCalibratedWhite:0.1 alpha:0.75]]);
+  NSColor* before = [plain windowBackgroundColor];
+  [plain setBackgroundImage:nil];
+  EXPECT_EQ([plain windowBackgroundColor], before);
+  NSImage* image = [[[NSImage alloc] initWithSize:NSMakeSize(4, 4)] autorelease];
+  [plain setBackgroundImage:image];
+  EXPECT_EQ([[plain windowBackgroundColor] patternImage], image);
+}
+
+TEST_F(PLAttachedWindowTest, FollowsItsParentWindow) {
+  AskedWindow* parent = makeParent();
+  PLAttachedWindow* child = [[[PLAttachedWindow alloc] initWithView:makeView()
+                                                    attachedToPoint:NSMakePoint(10, 20)
+                                                           inWindow:parent
+                                                             onSide:PLSideTopRightward
+                                                         atDistance:5] autorelease];
+  [child setReleasedWhenClosed:NO];
+  expectFrame(child, 492, 325, 304, 100);
+  [child performClose:window];
+  EXPECT_EQ(parent->closedBy, window);
+  NSMenuItem* item = [[[NSMenuItem alloc] initWithTitle:@"Yes" action:@selector(center)
+                                          keyEquivalent:@""] autorelease];
+  EXPECT_TRUE([child validateMenuItem:item]);
+  [item setTitle:@"No"];
+  EXPECT_FALSE([child validateMenuItem:item]);
+}
+
+// At (500, 400) there is room below: 304 x 84 without, 304 x 100 with the arrow's space.
+TEST_F(PLAttachedWindowTest, FillsInWhatAnInitialiserDoesNotSay) {
+  const NSPoint point = NSMakePoint(500, 400);
+  PLAttachedWindow* made[] = {
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point inWindow:nil atDistance:7],
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point onSide:PLSideTop atDistance:7],
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point atDistance:7],
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point inWindow:nil],
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point onSide:PLSideTop],
+      [[PLAttachedWindow alloc] initWithView:makeView() attachedToPoint:point]};
+  const CGFloat bottoms[] = {293, 407, 293, 300, 400, 300};
+  for (int i = 0; i < 6; ++i) {
+    SCOPED_TRACE(i);
+    expectFrame(made[i], 348, bottoms[i], 304, 100);
+    [made[i] setReleasedWhenClosed:NO];
+    [made[i] release];
+  }
+}
+
+TEST_F(PLAttachedWindowTest, LeavesTheKeyboardAlone) {
+  const auto before = screen().focus();
+  [window orderFrontRegardless];
+  ASSERT_TRUE(handleEventsUntil([&] { return screen().pixel(200, 90) != screen().pixel(1000, 600); }));
+  EXPECT_EQ(screen().focus(), before);
+  EXPECT_FALSE([window isKeyWindow]);
+}
+
+TEST_F(PLAttachedWindowTest, IsDraggedByItsBackground) {
+  [window orderFrontRegardless];
+  ASSERT_TRUE(handleEventsUntil([&] { return screen().pixel(70, 90) != screen().pixel(1000, 600); }));
+  const struct {
+    int x, y;
+    BOOL movable;
+  } grips[] = {{70, 90, YES}, {80, 140, YES}, {70, 90, NO}};  // the body; the label; the body
+  for (const auto& grip : grips) {
+    SCOPED_TRACE(testing::Message() << grip.x << "," << grip.y << " " << int(grip.movable));
+    [window setMovableByWindowBackground:grip.movable];
+    [window setFrameOrigin:NSMakePoint(40, 82)];
+    handleEvents();
+    screen().moveMouse(grip.x, grip.y);
+    screen().pressMouse(true);
+    ASSERT_TRUE(handleEventsUntil([&] { return [window isKeyWindow] == YES; }));
+    for (int step = 1; step <= 5; ++step) {
+      screen().moveMouse(grip.x + 30 * step, grip.y + 20 * step);
+      handleEvents();
+    }
+    screen().pressMouse(false);
+    handleEvents();
+    const NSPoint goal = grip.movable ? NSMakePoint(190, 182) : NSMakePoint(40, 82);
+    EXPECT_TRUE(handleEventsUntil([&] { return NSEqualPoints([window frame].origin, goal); }))
+        << [NSStringFromRect([window frame]) UTF8String];
+  }
+}
+
+std::size_t bytesInUse() {
+  const auto use = ::mallinfo2();
+  return use.uordblks + use.hblkhd;
+}
+
+void changeSomething(PLAttachedWindow* window, std::mt19937& random) {
+  const CGFloat value = std::uniform_int_distribution(-10, 60)(random);
+  switch (random() % 9) {
+    case 0:
+      [window setBorderWidth:value];
+      break;
+    case 1:
+      [window setViewMargin:value];
+      break;
+    case 2:
+      [window setCornerRadius:value];
+      break;
+    case 3:
+      [window setArrowBaseWidth:value];
+      break;
+    case 4:
+      [window setArrowHeight:std::abs(value)];
+      break;
+    case 5:
+      [window setHasArrow:random() % 2];
+      break;
+    case 6:
+      [window setDrawsRoundCornerBesideArrow:random() % 2];
+      break;
+    case 7:
+      [window setBackgroundColor:[NSColor colorWithCalibratedWhite:0.1 alpha:0.5]];
+      break;
+    default:
+      [window setBorderColor:[NSColor colorWithCalibratedWhite:0.5 alpha:1]];
+      break;
+  }
+}
+
+// On a screen with a compositor, since each change takes three times as long without one. The window system
+// confirms a change of size late, so the frame is looked at after a handful of changes.
+TEST_F(PLAttachedWindowTest, BearsManyChanges) {
+  ASSERT_TRUE(virtualDisplay().startCompositor());
+  std::mt19937 random(1);
+  std::size_t before = 0;
+  for (int round = 0; round < 1000; ++round) {
+    if (round == 100) before = bytesInUse();
+    if (round == 900) [window orderFrontRegardless];
+    NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+    for (int change = 0; change < 10; ++change) {
+      changeSomething(window, random);
+      handleEvents();
+    }
+    const CGFloat margin = [window viewMargin];
+    const CGFloat arrow = [window arrowHeight];
+    const NSSize size = NSMakeSize(300 + 2 * margin + arrow, 80 + 2 * margin);
+    ASSERT_TRUE(handleEventsUntil([&] { return NSEqualSizes([window frame].size, size); }));
+    ASSERT_TRUE(NSEqualRects([view frame], NSMakeRect(margin + arrow, margin, 300, 80)));
+    ASSERT_EQ([window frame].origin.x, 40);
+    ASSERT_GE([window cornerRadius], 0);
+    [pool release];
+  }
+  EXPECT_LT(bytesInUse(), before + 1'000'000);
+}
+
+// The same looks on a screen that blends windows, and on one that does not.
+class PLAttachedWindowLooks : public PLAttachedWindowTest, public testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(!GetParam() || virtualDisplay().startCompositor());
+    [window setBackgroundColor:[window gradientWindow]];
+    [window orderFrontRegardless];
+  }
+
+  // What shines through: the screen, or the colour of windows.
+  [[nodiscard]] double behind() const { return GetParam() ? screen().pixel(1000, 600).red : 0.93 * 255; }
+  [[nodiscard]] double filled(int y) const {
+    return 0.9 * 255 * (0.93 + 0.05 * (y - 82 - 0.5) / 83) + 0.1 * behind();
+  }
+  [[nodiscard]] double bordered(int y) const { return 0.9 * 255 * 0.93 + 0.1 * filled(y); }
+
+  void expectColour(int x, int y, double red, double green, double blue) {
+    const auto near = [&](Pixel pixel) {
+      return std::abs(pixel.red - red) <= 2 && std::abs(pixel.green - green) <= 2 &&
+             std::abs(pixel.blue - blue) <= 2;
+    };
+    EXPECT_TRUE(handleEventsUntil([&] { return near(screen().pixel(x, y)); }))
+        << x << "," << y << " is " << screen().pixel(x, y).red << " instead of " << red;
+  }
+  void expectGrey(int x, int y, double grey) { expectColour(x, y, grey, grey, grey); }
+  void expectOutside(int x, int y) {
+    EXPECT_TRUE(handleEventsUntil([&] { return screen().pixel(x, y) == screen().pixel(1000, 600); }))
+        << x << "," << y << " is " << screen().pixel(x, y).red;
+  }
+};
+
+TEST_P(PLAttachedWindowLooks, GradientInARoundedBorder) {
+  expectGrey(65, 86, filled(86));
+  expectGrey(65, 160, filled(160));
+  expectGrey(57, 120, bordered(120));
+  expectGrey(358, 120, bordered(120));
+  expectGrey(200, 165, bordered(165));
+  for (const int x : {40, 55, 56, 359}) {
+    SCOPED_TRACE(x);
+    for (const int y : {82, 165}) expectOutside(x, y);
+  }
+  expectOutside(55, 120);
+  expectOutside(361, 120);
+  EXPECT_TRUE(screen().save(GetParam() ? "window-blended.ppm" : "window-cut.ppm"));
+}
+
+TEST_P(PLAttachedWindowLooks, AccentLineAtTheBottomWithoutABorder) {
+  [window setBorderWidth:0];
+  expectColour(200, 82, 0.22 * 255, 0.46 * 255, 0.84 * 255);
+  expectGrey(200, 83, filled(83));
+  expectGrey(57, 120, filled(120));
+}
+
+TEST_P(PLAttachedWindowLooks, ArrowReachesThePointWhileItIsOn) {
+  [window setHasArrow:1];
+  expectGrey(54, 100, filled(100));
+  expectOutside(41, 104);
+  EXPECT_TRUE(screen().save(GetParam() ? "arrow-blended.ppm" : "arrow-cut.ppm"));
+  [window setHasArrow:0];
+  expectOutside(54, 100);
+}
+
+INSTANTIATE_TEST_SUITE_P(Compositor, PLAttachedWindowLooks, testing::Bool());
+
+}  // namespace
+}  // namespace corvane
