@@ -1,0 +1,24 @@
+// The command line. Thread: main (getopt keeps state).
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace corvane::ditto {
+
+struct Options {
+  bool oneFileSystem = false;      ///< folders of another device are not descended into
+  bool extendedAttributes = true;  ///< copied along
+  bool accessControlLists = true;  ///< copied along
+  bool verbose = false;            ///< one line for each thing that is copied
+  std::string source;
+  std::string destination;
+};
+
+/// Nothing when the arguments of main() are none that the command understands.
+[[nodiscard]] std::optional<Options> parseOptions(int count, char* arguments[]);
+
+/// How the command is used; ends with a newline.
+[[nodiscard]] const char* usage();
+
+}  // namespace corvane::ditto

@@ -1,0 +1,31 @@
+// Opening what is to be copied, and reading files from end to end. Thread: any.
+#pragma once
+
+#include <sys/types.h>
+#include <functional>
+#include <span>
+#include <string>
+
+#include "tools/ditto/Descriptor.h"
+#include "tools/ditto/Report.h"
+
+namespace corvane::ditto {
+
+/// Opens the file or folder that the user named; a link is followed here, and only here. Not open when it
+/// cannot be opened or is neither: this has been reported then.
+[[nodiscard]] Descriptor openSource(const std::string& path, struct stat& status, Report& report);
+
+/// The last name of a path that the user gave, without slashes; of "." and ".." the folder's own name.
+/// Empty for the root of the file system.
+[[nodiscard]] std::string ownName(const std::string& path);
+
+enum class Transfer { done, unreadable, unwritable };
+
+/// Takes the next bytes of a file; false, with errno, when it cannot.
+using TakeBytes = std::function<bool(std::span<const char>)>;
+
+/// Hands all bytes of `file` to `take`. When they are not exactly `size`, the file is being written to and a
+/// copy would be a mixture: unreadable. `cause` is set unless the transfer is done.
+[[nodiscard]] Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cause);
+
+}  // namespace corvane::ditto

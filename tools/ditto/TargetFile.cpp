@@ -1,0 +1,154 @@
+#include "tools/ditto/TargetFile.h"
+
+#include <fcntl.h>
+#include <sys/random.h>
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+
+namespace corvane::ditto {
+namespace {
+
+constexpr std::size_t kNameSize = 32;
+
+// What the signal handler needs. Changed only while the signals are held back.
+volatile sig_atomic_t temporaryFolder = -1;
+char temporaryInFolder[kNameSize];
+
+sigset_t endingSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : kEndingSignals) sigaddset(&signals, signal);
+  return signals;
+}
+
+extern "C" void removeTemporaryAndEnd(int signal) {
+  if (temporaryFolder >= 0) ::unlinkat(temporaryFolder, temporaryInFolder, 0);
+  // The handler is in force once only: this one, delivered on return, ends the program.
+  ::raise(signal);
+}
+
+class SignalsHeldBack {
+ public:
+  SignalsHeldBack() {
+    const sigset_t signals = endingSignals();
+    ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
+  }
+  ~SignalsHeldBack() {
+    const int problem = errno;
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    errno = problem;
+  }
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+bool randomName(std::string& name) {
+  std::uint64_t number = 0;
+  if (::getrandom(&number, sizeof number, 0) != sizeof number) return false;
+  char text[kNameSize];
+  std::snprintf(text, sizeof text, ".ditto-%016llx", static_cast<unsigned long long>(number));
+  name = text;
+  return true;
+}
+
+// Some file systems have nothing to flush and say so.
+bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP; }
+
+}  // namespace
+
+void removeTemporaryOnSignals() {
+  for (const int signal : kEndingSignals) {
+    struct sigaction action {};
+    if (::sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) continue;
+    action.sa_handler = removeTemporaryAndEnd;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    action.sa_mask = endingSignals();
+    ::sigaction(signal, &action, nullptr);
+  }
+}
+
+TargetFile::TargetFile(int folder, std::string name) : folder_(folder), name_(std::move(name)) {
+  struct stat status {};
+  if (::fstat(folder, &status) == 0) folderIdentity_ = FileIdentity(status);
+}
+
+TargetFile::~TargetFile() {
+  if (temporary_.empty()) return;
+  const SignalsHeldBack heldBack;
+  ::unlinkat(folder_, temporary_.c_str(), 0);
+  temporaryFolder = -1;
+}
+
+template <typename Make>
+bool TargetFile::make(Make attempt) {
+  std::string name;
+  while (randomName(name)) {
+    const SignalsHeldBack heldBack;
+    if (attempt(name.c_str())) {
+      temporary_ = name;
+      std::memcpy(temporaryInFolder, name.c_str(), name.size() + 1);
+      temporaryFolder = folder_;
+      return true;
+    }
+    if (errno != EEXIST) return false;
+  }
+  return false;
+}
+
+bool TargetFile::create() {
+  return make([this](const char* name) {
+    constexpr int kNewFile = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    file_ = Descriptor(::openat(folder_, name, kNewFile, S_IRUSR | S_IWUSR));
+    return file_.isOpen();
+  });
+}
+
+bool TargetFile::createLink(const std::string& target) {
+  return make([&](const char* name) { return ::symlinkat(target.c_str(), folder_, name) == 0; });
+}
+
+bool TargetFile::write(std::span<const char> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(file_.get(), bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+bool TargetFile::putInPlace() {
+  if (file_.isOpen() && !flush(file_.get())) return false;
+  const SignalsHeldBack heldBack;
+  if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) return false;
+  temporaryFolder = -1;
+  temporary_.clear();
+  return true;
+}
+
+bool TargetFile::isNamed(const FileIdentity& folder, const std::string& name) const {
+  return folder == folderIdentity_ && (name == name_ || name == temporary_);
+}
+
+void TargetPlace::flushName() const { ::fsync(folder.get()); }
+
+TargetPlace::TargetPlace(const std::string& path) {
+  const auto slash = path.rfind('/');
+  name = slash == std::string::npos ? path : path.substr(slash + 1);
+  struct stat status {};
+  const bool isFolder = ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+  if (isFolder || name.empty()) {
+    errno = isFolder ? EISDIR : ENOTDIR;
+    return;
+  }
+  const std::string around = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  folder = Descriptor(::open(around.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+}
+
+}  // namespace corvane::ditto
