@@ -1,8 +1,11 @@
 #include "tests/tools/DittoKit.h"
 
+#include <archive.h>
+#include <archive_entry.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
+#include <clocale>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -73,6 +76,19 @@ std::vector<std::string> namesIn(const std::string& folder) {
   for (const auto& entry : std::filesystem::directory_iterator(folder))
     names.push_back(entry.path().filename());
   std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> namesInArchive(const std::string& path) {
+  std::setlocale(LC_CTYPE, "C.UTF-8");
+  std::vector<std::string> names;
+  archive* reader = archive_read_new();
+  archive_read_support_format_zip(reader);
+  archive_read_open_filename(reader, path.c_str(), 65536);
+  archive_entry* entry = nullptr;
+  while (archive_read_next_header(reader, &entry) == ARCHIVE_OK)
+    names.emplace_back(archive_entry_pathname(entry));
+  archive_read_free(reader);
   return names;
 }
 

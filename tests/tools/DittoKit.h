@@ -38,4 +38,7 @@ enum class Times { none, seconds, nanoseconds };
 /// The names in a folder, sorted; those of hidden files too.
 [[nodiscard]] std::vector<std::string> namesIn(const std::string& folder);
 
+/// The names in an archive, as they are stored, in their order.
+[[nodiscard]] std::vector<std::string> namesInArchive(const std::string& path);
+
 }  // namespace corvane

@@ -5,11 +5,12 @@
 namespace corvane::ditto {
 namespace {
 
-enum LongOption { withoutAttributes = 256, withoutLists, accepted };
+enum LongOption { keepParent = 256, withoutAttributes, withoutLists, accepted };
 
 // What speaks of resource forks, quarantine and their place in an archive has nothing to act on here, where
 // files have neither: accepted, so that a script for the other system runs unchanged.
-constexpr option kLongOptions[] = {{"norsrc", no_argument, nullptr, withoutAttributes},
+constexpr option kLongOptions[] = {{"keepParent", no_argument, nullptr, keepParent},
+                                   {"norsrc", no_argument, nullptr, withoutAttributes},
                                    {"noextattr", no_argument, nullptr, withoutAttributes},
                                    {"noacl", no_argument, nullptr, withoutLists},
                                    {"rsrc", no_argument, nullptr, accepted},
@@ -20,14 +21,32 @@ constexpr option kLongOptions[] = {{"norsrc", no_argument, nullptr, withoutAttri
                                    {"sequesterRsrc", no_argument, nullptr, accepted},
                                    {nullptr, 0, nullptr, 0}};
 
-bool apply(int option, Options& options) {
+struct Letters {
+  bool create = false;
+  bool extract = false;
+  bool zip = false;
+};
+
+bool apply(int option, Options& options, Letters& letters) {
   switch (option) {
+    case 'c':
+      letters.create = true;
+      break;
+    case 'x':
+      letters.extract = true;
+      break;
+    case 'k':
+      letters.zip = true;
+      break;
     case 'X':
       options.oneFileSystem = true;
       break;
     case 'v':
     case 'V':
       options.verbose = true;
+      break;
+    case keepParent:
+      options.keepParent = true;
       break;
     case withoutAttributes:
       options.extendedAttributes = false;
@@ -47,12 +66,19 @@ bool apply(int option, Options& options) {
 
 std::optional<Options> parseOptions(int count, char* arguments[]) {
   Options options;
+  Letters letters;
   opterr = 0;
   // The plus ends the options at the first operand, so that a later one may begin with a hyphen.
   int option = 0;
-  while ((option = getopt_long(count, arguments, "+XvV", kLongOptions, nullptr)) != -1) {
-    if (!apply(option, options)) return std::nullopt;
+  while ((option = getopt_long(count, arguments, "+cxkXvV", kLongOptions, nullptr)) != -1) {
+    if (!apply(option, options, letters)) return std::nullopt;
   }
+  // Archives of the other kind (without k) are not made, and one operation excludes the other.
+  if (letters.zip != (letters.create || letters.extract) || (letters.create && letters.extract)) {
+    return std::nullopt;
+  }
+  if (letters.create) options.operation = Operation::create;
+  if (letters.extract) options.operation = Operation::extract;
   if (count - optind != 2) return std::nullopt;
   options.source = arguments[optind];
   options.destination = arguments[optind + 1];
@@ -60,6 +86,10 @@ std::optional<Options> parseOptions(int count, char* arguments[]) {
   return options;
 }
 
-const char* usage() { return "usage: ditto [-XvV] [--norsrc] [--noextattr] [--noacl] SOURCE DESTINATION\n"; }
+const char* usage() {
+  return "usage: ditto [-XvV] [--norsrc] [--noextattr] [--noacl] SOURCE DESTINATION\n"
+         "       ditto -c -k [-XvV] [--keepParent] SOURCE ARCHIVE\n"
+         "       ditto -x -k [-vV] ARCHIVE DESTINATION\n";
+}
 
 }  // namespace corvane::ditto

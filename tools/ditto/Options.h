@@ -6,8 +6,12 @@
 
 namespace corvane::ditto {
 
+enum class Operation { copy, create, extract };
+
 struct Options {
+  Operation operation = Operation::copy;
   bool oneFileSystem = false;      ///< folders of another device are not descended into
+  bool keepParent = false;         ///< the archive's root is the source folder itself, not its contents
   bool extendedAttributes = true;  ///< copied along
   bool accessControlLists = true;  ///< copied along
   bool verbose = false;            ///< one line for each thing that is copied

@@ -1,4 +1,4 @@
-// Copies files and folders, for systems that have no such command.
+// Copies files and folders, and makes and unpacks archives of them, for systems that have no such command.
 #include <signal.h>
 #include <cstdio>
 #include <exception>
@@ -7,9 +7,30 @@
 #include "tools/ditto/Options.h"
 #include "tools/ditto/Report.h"
 #include "tools/ditto/TargetFile.h"
+#include "tools/ditto/Unzip.h"
+#include "tools/ditto/ZipArchive.h"
+
+namespace {
+
+using namespace corvane::ditto;
+
+void run(const Options& options, Report& report) {
+  switch (options.operation) {
+    case Operation::copy:
+      copyTree(options, report);
+      break;
+    case Operation::create:
+      createArchive(options, report);
+      break;
+    case Operation::extract:
+      unzip(options, report);
+      break;
+  }
+}
+
+}  // namespace
 
 int main(int count, char* arguments[]) {
-  using namespace corvane::ditto;
   const auto options = parseOptions(count, arguments);
   if (!options) {
     std::fputs(usage(), stderr);
@@ -21,7 +42,7 @@ int main(int count, char* arguments[]) {
   removeTemporaryOnSignals();
   Report report(options->verbose);
   try {
-    copyTree(*options, report);
+    run(*options, report);
   } catch (const std::exception& problem) {
     report.fail(options->source, problem.what());
   }
