@@ -5,6 +5,8 @@
 
 #include "platform/Display.h"
 #import "platform/cocoa/Application.h"
+#import "platform/cocoa/Theme.h"
+#include "process/Log.h"
 
 namespace corvane {
 namespace {
@@ -42,7 +44,11 @@ int runApplication(int /*argc*/, const char** argv) {
   NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
   [defaults registerDefaults:appearance()];
   [defaults registerDefaults:decorations()];
-  NSApplicationMain(1, argv);
+  [NSApplication sharedApplication];
+  installTheme();
+  // Not NSApplicationMain: that would go on without a window, for ever, when the file cannot be loaded.
+  if ([NSBundle loadNibNamed:@"MainMenu" owner:NSApp]) [NSApp run];
+  log("cannot load the interface file MainMenu");
   [pool release];
   return EXIT_FAILURE;
 }

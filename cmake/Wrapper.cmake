@@ -1,0 +1,24 @@
+# The folder that the system shows as one application: a bundle on macOS, an application wrapper on GNUstep.
+configure_file(resources/Info.plist.in ${CMAKE_BINARY_DIR}/Info.plist @ONLY)
+
+if(APPLE)
+  set_target_properties(BackupEngine PROPERTIES MACOSX_BUNDLE ON MACOSX_BUNDLE_INFO_PLIST ${CMAKE_BINARY_DIR}/Info.plist)
+  add_custom_command(TARGET BackupEngine POST_BUILD
+    COMMAND ibtool --compile $<TARGET_BUNDLE_CONTENT_DIR:BackupEngine>/Resources/MainMenu.nib
+            ${CMAKE_SOURCE_DIR}/resources/MainMenu.xib)
+  return()
+endif()
+
+set(wrapper ${CMAKE_BINARY_DIR}/BackupEngine.app)
+set_target_properties(BackupEngine PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${wrapper})
+function(wrapper_resource source name)
+  add_custom_command(OUTPUT ${wrapper}/Resources/${name}
+    COMMAND ${CMAKE_COMMAND} -E copy ${source} ${wrapper}/Resources/${name}
+    DEPENDS ${source})
+  set_property(GLOBAL APPEND PROPERTY wrapper_resources ${wrapper}/Resources/${name})
+endfunction()
+wrapper_resource(${CMAKE_SOURCE_DIR}/resources/MainMenu.xib MainMenu.xib)
+wrapper_resource(${CMAKE_BINARY_DIR}/Info.plist Info-gnustep.plist)
+get_property(resources GLOBAL PROPERTY wrapper_resources)
+add_custom_target(wrapper_resources ALL DEPENDS ${resources})
+add_dependencies(BackupEngine wrapper_resources)

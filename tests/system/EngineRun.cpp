@@ -1,0 +1,141 @@
+#include "tests/system/EngineRun.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "process/Files.h"
+#include "tests/support/WaitFor.h"
+
+namespace corvane {
+namespace {
+
+// What every process of one test sees: its home, and its own meeting place for notifications.
+std::vector<std::string> environmentIn(const std::string& home, const std::string& display) {
+  auto environment = currentEnvironment();
+  setVariable(environment, "HOME", home);
+  setVariable(environment, "TMP", home + "/tmp");
+  setVariable(environment, "PATH", home + "/bin:/usr/bin:/bin");
+  setVariable(environment, "DISPLAY", display);
+  return environment;
+}
+
+std::unique_ptr<ChildProcess> startProgram(const LaunchCommand& command, const std::string& outputFile,
+                                           pid_t& pid) {
+  const int output = ::open(outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  const Spawned spawned = spawn(command, output);
+  ::close(output);
+  EXPECT_GT(spawned.pid, 0) << spawned.problem;
+  pid = spawned.pid;
+  return spawned.pid > 0 ? std::make_unique<ChildProcess>(spawned.pid) : nullptr;
+}
+
+// What the system says of a running process; 0 when it has ended.
+long peakMemoryOf(pid_t pid) {
+  const std::string status = readTestFile("/proc/" + std::to_string(pid) + "/status");
+  const auto line = status.find("VmHWM:");
+  return line == std::string::npos ? 0 : std::strtol(status.c_str() + line + 6, nullptr, 10);
+}
+
+}  // namespace
+
+void writeTestFile(const std::string& path, const std::string& bytes) {
+  makeFolders(path.substr(0, path.find_last_of('/')));
+  std::ofstream file(path, std::ios::binary);
+  file << bytes;
+  ASSERT_TRUE(file.flush()) << path;
+}
+
+std::string readTestFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << file.rdbuf();
+  return bytes.str();
+}
+
+std::string xmlPropertyList(const std::string& entries) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" + entries +
+         "</dict></plist>\n";
+}
+
+EngineRun::EngineRun() {
+  writeTestFile(preferences(), xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"));
+  for (const auto& folder : {support(), destination(), home() + "/tmp", home() + "/bin"}) makeFolders(folder);
+  pid_t pid = -1;
+  notificationCentre_ = startProgram({"/usr/bin/gdnc", {"gdnc", "--no-fork"}, environmentIn(home(), "")},
+                                     home() + "/gdnc.log", pid);
+}
+
+EngineRun::~EngineRun() {
+  if (testing::Test::HasFailure()) std::fprintf(stderr, "the engine's log:\n%s\n", log().c_str());
+}
+
+void EngineRun::configure(const std::string& entries) {
+  writeTestFile(configuration(),
+                xmlPropertyList("<key>Destination</key><string>" + destination() + "</string>" + entries));
+}
+
+void EngineRun::configureMail() {
+  configure("<key>Clients</key><array><string>Apple Mail</string></array>");
+  writeTestFile(library() + "/Mail/V9/INBOX.mbox/1.emlx", "From: anna\n\nHello\n");
+  writeTestFile(library() + "/Mail/V9/Entwürfe.mbox/2.emlx", "From: anna\n\nGrüße\n");
+}
+
+void EngineRun::installTool(const std::string& name, const std::string& script) {
+  const std::string path = home() + "/bin/" + name;
+  writeTestFile(path, "#!/bin/sh\n" + script);
+  ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
+}
+
+void EngineRun::start(const std::string& display) {
+  engine_ =
+      startProgram({ENGINE_PATH, {ENGINE_PATH}, environmentIn(home(), display)}, home() + "/output", pid_);
+}
+
+std::optional<int> EngineRun::exitStatus(std::chrono::seconds limit) {
+  // Looked at without taking the status away from `wait`.
+  const auto ended = [this] {
+    siginfo_t info{};
+    peakMemory_ = std::max(peakMemory_, peakMemoryOf(pid_));
+    return ::waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+           info.si_pid == pid_;
+  };
+  if (!status_ && waitFor(ended, limit)) status_ = engine_->wait();
+  return status_;
+}
+
+std::optional<int> EngineRun::run() {
+  start();
+  return exitStatus();
+}
+
+bool EngineRun::logs(const std::string& text, std::chrono::seconds limit) const {
+  return waitFor([&] { return log().find(text) != std::string::npos; }, limit);
+}
+
+std::string EngineRun::log() const { return readTestFile(library() + "/Logs/Corvane.log"); }
+
+void EngineRun::listen() {
+  pid_t pid = -1;
+  const std::vector<std::string> words{LISTENER_PATH, "com.quillon.Corvane.executionComplete"};
+  listener_ = startProgram({LISTENER_PATH, words, environmentIn(home(), "")}, home() + "/heard", pid);
+  EXPECT_TRUE(waitFor([this] { return readTestFile(home() + "/heard") != ""; }, std::chrono::seconds(10)));
+}
+
+int EngineRun::announcements() const {
+  const std::string heard = readTestFile(home() + "/heard");
+  const std::string line = "\nheard\n";
+  int count = 0;
+  for (auto at = heard.find(line); at != std::string::npos; at = heard.find(line, at + 1)) ++count;
+  return count;
+}
+
+std::string EngineRun::output() const { return readTestFile(home() + "/output"); }
+
+}  // namespace corvane

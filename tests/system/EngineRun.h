@@ -1,0 +1,75 @@
+// The real program, started in a home folder of its own, seen from outside: its log, its exit, its files.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "process/ChildProcess.h"
+#include "process/Spawn.h"
+#include "tests/support/ScratchFolder.h"
+
+namespace corvane {
+
+class EngineRun {
+ public:
+  /// Makes the home folder with preferences that name a configuration, and an empty destination.
+  EngineRun();
+  ~EngineRun();
+  EngineRun(const EngineRun&) = delete;
+  EngineRun& operator=(const EngineRun&) = delete;
+
+  [[nodiscard]] const std::string& home() const { return home_.path(); }
+  [[nodiscard]] std::string destination() const { return home() + "/Backups"; }
+  [[nodiscard]] std::string support() const { return library() + "/Application Support/Quillon/Corvane"; }
+  [[nodiscard]] std::string library() const { return home() + "/Library"; }
+  [[nodiscard]] std::string preferences() const {
+    return library() + "/Preferences/com.quillon.Corvane.plist";
+  }
+  [[nodiscard]] std::string configuration() const { return support() + "/Config.plist"; }
+
+  /// Writes "Config.plist": the destination, and `entries` as they stand in an XML property list.
+  void configure(const std::string& entries);
+  /// Configures Apple Mail with a mail folder of a few messages.
+  void configureMail();
+  /// Puts a command of that name before all others on the engine's PATH.
+  void installTool(const std::string& name, const std::string& script);
+
+  /// Starts the engine, with a window on `display` or headless when that is empty.
+  void start(const std::string& display = "");
+  /// Waits for the engine to end and answers its exit status; nothing when it has not within the limit.
+  [[nodiscard]] std::optional<int> exitStatus(std::chrono::seconds limit = std::chrono::seconds(30));
+  /// `start` and `exitStatus` of a headless run.
+  [[nodiscard]] std::optional<int> run();
+
+  /// Waits until the log holds `text`.
+  [[nodiscard]] bool logs(const std::string& text,
+                          std::chrono::seconds limit = std::chrono::seconds(20)) const;
+  [[nodiscard]] std::string log() const;
+  /// Starts to count announcements that the run is complete.
+  void listen();
+  [[nodiscard]] int announcements() const;
+  /// What the engine wrote to its standard output, and to standard error before its log was open.
+  [[nodiscard]] std::string output() const;
+  /// The most memory that the engine has had so far, in KiB, as far as it was seen by `exitStatus`.
+  [[nodiscard]] long peakMemory() const { return peakMemory_; }
+
+ private:
+  ScratchFolder home_;
+  std::unique_ptr<ChildProcess> notificationCentre_;
+  std::unique_ptr<ChildProcess> listener_;
+  std::unique_ptr<ChildProcess> engine_;
+  pid_t pid_ = -1;
+  long peakMemory_ = 0;
+  std::optional<int> status_;
+};
+
+/// Writes a whole file; the test fails when that cannot be done.
+void writeTestFile(const std::string& path, const std::string& bytes);
+/// A whole file; empty when it cannot be read.
+[[nodiscard]] std::string readTestFile(const std::string& path);
+/// An XML property list around the entries of its root dictionary.
+[[nodiscard]] std::string xmlPropertyList(const std::string& entries);
+
+}  // namespace corvane

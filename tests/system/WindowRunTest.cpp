@@ -1,0 +1,123 @@
+// The program from outside, with its window on a virtual display and a user who presses buttons.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+#include <csignal>
+
+#include "process/Files.h"
+#include "tests/support/VirtualDisplay.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XScreen.h"
+#include "tests/system/EngineRun.h"
+
+namespace corvane {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+using namespace std::chrono_literals;
+
+// The window is attached to (10, 100): its body begins 18 points to the right and 18 points below, the
+// arrow's strip and inset, and the view 2 points inside it. Both buttons are 22 points above the view's lower
+// edge.
+struct Button {
+  int x;
+  int fromBottom;
+};
+constexpr Button kCancel{10 + 18 + 316, 100 - 18 + 2 + 22};
+constexpr Button kOpenLog{10 + 18 + 216, 100 - 18 + 2 + 22};
+
+class WindowRunTest : public testing::Test {
+ protected:
+  WindowRunTest() : screen(display.name()) {}
+
+  // As long as a finger takes: shorter presses may reach the program as one event.
+  void press(Button button) {
+    screen.moveMouse(button.x, button.fromBottom);
+    screen.pressMouse(true);
+    std::this_thread::sleep_for(150ms);
+    screen.pressMouse(false);
+  }
+
+  // Presses until the engine has noticed: the first press may come before the window is served.
+  [[nodiscard]] bool pressUntilLogged(Button button, const std::string& text) {
+    for (int attempt = 0; attempt < 10; ++attempt) {
+      press(button);
+      if (engine.logs(text, 2s)) return true;
+    }
+    return false;
+  }
+
+  // A `ditto` that never ends and leaves its process id behind.
+  void installEndlessDitto() {
+    engine.installTool("ditto", "case $1 in -c*) echo $$ > \"$HOME/ditto.pid\"; exec sleep 1000;; esac\n");
+  }
+
+  VirtualDisplay display;
+  XScreen screen;
+  EngineRun engine;
+};
+
+TEST_F(WindowRunTest, ASuccessfulRunEndsByItself) {
+  engine.configureMail();
+  engine.start(display.name());
+  EXPECT_EQ(engine.exitStatus(), 0);
+  EXPECT_THAT(engine.log(), HasSubstr(": Backup completed successfully.\n"));
+  EXPECT_EQ(engine.output(), "");
+}
+
+TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
+  engine.configureMail();
+  installEndlessDitto();
+  engine.listen();
+  engine.start(display.name());
+  const std::string pidFile = engine.home() + "/ditto.pid";
+  ASSERT_TRUE(waitFor([&] { return !readTestFile(pidFile).empty(); }, 20s));
+  const pid_t ditto = std::stoi(readTestFile(pidFile));
+
+  EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
+  EXPECT_EQ(engine.exitStatus(), 1);
+  EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, 5s));
+  EXPECT_TRUE(waitFor([this] { return engine.announcements() == 2; }, 5s));
+  EXPECT_THAT(engine.log(), HasSubstr("] Cleaning up after Cancelled Backup\n"));
+  EXPECT_FALSE(fileExists(engine.destination() + "/.QVB_Backup"));
+  EXPECT_FALSE(fileExists(engine.support() + "/.corvane.sh"));
+}
+
+class FailedRunTest : public WindowRunTest {
+ protected:
+  void failAndWait() {
+    engine.configureMail();
+    engine.installTool("ditto", "exit 1\n");
+    engine.start(display.name());
+    ASSERT_TRUE(engine.logs("] Cleaning up after failed Backup\n"));
+    ASSERT_FALSE(engine.exitStatus(1s)) << "the window must wait for its user";
+  }
+};
+
+TEST_F(FailedRunTest, CancelLeavesIt) {
+  failAndWait();
+  EXPECT_TRUE(pressUntilLogged(kCancel, "] Cleaning up after Cancelled Backup\n"));
+  EXPECT_EQ(engine.exitStatus(), 1);
+}
+
+TEST_F(FailedRunTest, OpenLogLeavesIt) {
+  failAndWait();
+  for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) press(kOpenLog);
+  EXPECT_EQ(engine.exitStatus(), 1);
+  EXPECT_THAT(engine.log(), Not(HasSubstr("User: Cancelling Backup")));
+}
+
+TEST_F(WindowRunTest, AMissingDestinationWaitsForItsUser) {
+  engine.start(display.name());
+  ASSERT_TRUE(engine.logs("] Checking backup destination...\n"));
+  ASSERT_FALSE(engine.exitStatus(1s));
+  EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
+  EXPECT_EQ(engine.exitStatus(), 1);
+}
+
+}  // namespace
+}  // namespace corvane
