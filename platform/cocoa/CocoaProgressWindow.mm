@@ -61,6 +61,7 @@ void CocoaProgressWindow::open(ScreenPoint point) {
                                                      onSide:PLSideRightRising
                                                  atDistance:0.0];
   [backupNowWindow_ setReleasedWhenClosed:NO];
+  [backupNowWindow_ setTitle:@"BackupEngine"];
   [backupNowWindow_ setHasArrow:0.0];
   [backupNowWindow_ setMovableByWindowBackground:YES];
   startBars();
