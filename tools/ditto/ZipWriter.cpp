@@ -13,14 +13,6 @@ namespace {
 constexpr std::size_t kLongestName = 65535;
 constexpr int kPiece = 65536;
 
-la_ssize_t writeToTarget(struct archive* archive, void* target, const void* bytes, std::size_t size) {
-  if (static_cast<TargetFile*>(target)->write({static_cast<const char*>(bytes), size})) {
-    return static_cast<la_ssize_t>(size);
-  }
-  archive_set_error(archive, errno, "%s", std::strerror(errno));
-  return -1;
-}
-
 bool useCharacterSet(const char* locale) { return std::setlocale(LC_CTYPE, locale) != nullptr; }
 
 bool isUtf8(const std::string& text) {
@@ -36,7 +28,20 @@ void chooseMark(const std::string& name, const std::string& target) {
 
 }  // namespace
 
-ZipWriter::ZipWriter(TargetFile& target) : archive_(archive_write_new()), entry_(archive_entry_new()) {
+struct ZipWriterCallbacks {
+  // The library does not free all it has once it knows of a failure: it is told of none, and what it writes
+  // afterwards goes nowhere.
+  static la_ssize_t write(struct archive*, void* data, const void* bytes, std::size_t size) {
+    auto& writer = *static_cast<ZipWriter*>(data);
+    if (writer.problem_ == 0 && !writer.target_.write({static_cast<const char*>(bytes), size})) {
+      writer.problem_ = errno;
+    }
+    return static_cast<la_ssize_t>(size);
+  }
+};
+
+ZipWriter::ZipWriter(TargetFile& target)
+    : target_(target), archive_(archive_write_new()), entry_(archive_entry_new()) {
   if (!archive_ || !entry_) {
     cause_ = std::strerror(ENOMEM);
     return;
@@ -44,18 +49,20 @@ ZipWriter::ZipWriter(TargetFile& target) : archive_(archive_write_new()), entry_
   open_ = archive_write_set_format_zip(archive_) == ARCHIVE_OK &&
           archive_write_set_bytes_per_block(archive_, kPiece) == ARCHIVE_OK &&
           archive_write_set_bytes_in_last_block(archive_, 1) == ARCHIVE_OK &&
-          archive_write_open(archive_, &target, nullptr, writeToTarget, nullptr) == ARCHIVE_OK;
+          archive_write_open(archive_, this, nullptr, ZipWriterCallbacks::write, nullptr) == ARCHIVE_OK;
   if (!open_) cause_ = archive_error_string(archive_);
 }
 
 ZipWriter::~ZipWriter() {
   archive_entry_free(entry_);
-  if (open_) archive_write_fail(archive_);
+  if (problem_ == 0) problem_ = ECANCELED;
   archive_write_free(archive_);
 }
 
+bool ZipWriter::succeeded(int result) const { return result == ARCHIVE_OK && problem_ == 0; }
+
 Transfer ZipWriter::fail() {
-  const char* problem = archive_error_string(archive_);
+  const char* problem = problem_ != 0 ? std::strerror(problem_) : archive_error_string(archive_);
   cause_ = problem ? problem : "cannot be written";
   return Transfer::unwritable;
 }
@@ -75,7 +82,7 @@ Transfer ZipWriter::begin(const std::string& name, const struct stat& status, co
   archive_entry_set_mtime(entry_, status.st_mtim.tv_sec, 0);
   archive_entry_set_size(entry_, S_ISREG(status.st_mode) ? status.st_size : 0);
   if (S_ISLNK(status.st_mode)) archive_entry_copy_symlink(entry_, target.c_str());
-  return archive_write_header(archive_, entry_) == ARCHIVE_OK ? Transfer::done : fail();
+  return succeeded(archive_write_header(archive_, entry_)) ? Transfer::done : fail();
 }
 
 Transfer ZipWriter::addFolder(const std::string& name, const struct stat& status) {
@@ -89,18 +96,20 @@ Transfer ZipWriter::addLink(const std::string& name, const struct stat& status, 
 Transfer ZipWriter::addFile(const std::string& name, const struct stat& status, int file) {
   if (begin(name, status, "") != Transfer::done) return Transfer::unwritable;
   const auto take = [this](std::span<const char> bytes) {
-    return archive_write_data(archive_, bytes.data(), bytes.size()) == static_cast<la_ssize_t>(bytes.size());
+    const la_ssize_t written = archive_write_data(archive_, bytes.data(), bytes.size());
+    return problem_ == 0 && written == static_cast<la_ssize_t>(bytes.size());
   };
   const Transfer transfer = readWhole(file, status.st_size, take, cause_);
   if (transfer == Transfer::unwritable) return fail();
   if (transfer == Transfer::unreadable) return transfer;
-  return archive_write_finish_entry(archive_) == ARCHIVE_OK ? Transfer::done : fail();
+  return succeeded(archive_write_finish_entry(archive_)) ? Transfer::done : fail();
 }
 
 bool ZipWriter::finish() {
   if (!open_) return false;
-  if (archive_write_close(archive_) == ARCHIVE_OK) return true;
-  return fail() == Transfer::done;
+  if (succeeded(archive_write_close(archive_))) return true;
+  static_cast<void>(fail());
+  return false;
 }
 
 }  // namespace corvane::ditto

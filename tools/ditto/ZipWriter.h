@@ -37,13 +37,18 @@ class ZipWriter {
   [[nodiscard]] const std::string& cause() const { return cause_; }
 
  private:
+  friend struct ZipWriterCallbacks;
+
+  [[nodiscard]] bool succeeded(int result) const;
   [[nodiscard]] Transfer begin(const std::string& name, const struct stat& status, const std::string& target);
   [[nodiscard]] Transfer fail();
 
+  TargetFile& target_;
   struct archive* archive_;
   struct archive_entry* entry_;
   std::string cause_;
   bool open_ = false;
+  int problem_ = 0;  // why the target could not be written
 };
 
 }  // namespace corvane::ditto
