@@ -62,12 +62,18 @@ corvane::GradientColour gradientGrey(CGFloat brightness) {
 @implementation PLAttachedWindow (Background)
 
 - (void)_updateBackground {
-  const corvane::ScreenUpdatesSuspended suspended;
-  // Not our own method of that name, which sets the fill.
-  [super setBackgroundColor:[self _backgroundColorPatternImage]];
-  if (![self isVisible]) return;
-  [self display];
-  [self invalidateShadow];
+  // Every drawing leaves some pictures of the whole window behind: they go at once.
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  {
+    const corvane::ScreenUpdatesSuspended suspended;
+    // Not our own method of that name, which sets the fill.
+    [super setBackgroundColor:[self _backgroundColorPatternImage]];
+    if ([self isVisible]) {
+      [self display];
+      [self invalidateShadow];
+    }
+  }
+  [pool release];
 }
 
 - (NSColor*)_backgroundColorPatternImage {

@@ -36,20 +36,26 @@ void hideArguments(const char** argv) {
   [NSProcessInfo initializeWithArguments:name count:1 environment:environ];
 }
 
-}  // namespace
-
-int runApplication(int /*argc*/, const char** argv) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+void prepare(const char** argv) {
   hideArguments(argv);
   NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
   [defaults registerDefaults:appearance()];
   [defaults registerDefaults:decorations()];
   [NSApplication sharedApplication];
   installTheme();
-  // Not NSApplicationMain: that would go on without a window, for ever, when the file cannot be loaded.
-  if ([NSBundle loadNibNamed:@"MainMenu" owner:NSApp]) [NSApp run];
-  log("cannot load the interface file MainMenu");
+}
+
+}  // namespace
+
+int runApplication(int /*argc*/, const char** argv) {
+  // What the start leaves behind goes before the run loop is entered, which it never leaves.
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  prepare(argv);
+  const bool loaded = [NSBundle loadNibNamed:@"MainMenu" owner:NSApp];
   [pool release];
+  // Not NSApplicationMain: that would go on without a window, for ever, when the file cannot be loaded.
+  if (loaded) [NSApp run];
+  log("cannot load the interface file MainMenu");
   return EXIT_FAILURE;
 }
 
