@@ -196,4 +196,8 @@ void AppController::measureMailFolder() {
 
 bool AppController::folderHasEntries(const std::string& path) { return corvane::folderHasEntries(path); }
 
+std::optional<std::string> AppController::findOriginalFromAlias(const std::string& path) {
+  return ports_.volumes.findOriginalFromAlias(path);
+}
+
 }  // namespace corvane

@@ -5,12 +5,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/BackupConfiguration.h"
 #include "app/ProgressMonitor.h"
 #include "app/ProgressWindow.h"
 #include "app/PropertyLists.h"
+#include "app/Volumes.h"
 #include "app/Workspace.h"
 #include "process/RunLoop.h"
 #include "process/TaskWrapper.h"
@@ -29,6 +31,7 @@ struct Ports {
   Workspace& workspace;
   RunLoop& runLoop;
   PropertyLists& propertyLists;
+  Volumes& volumes;
 };
 
 class AppController : private TaskController, private ScriptHost {
@@ -69,6 +72,7 @@ class AppController : private TaskController, private ScriptHost {
   // ScriptHost
   void measureMailFolder() override;
   [[nodiscard]] bool folderHasEntries(const std::string& path) override;
+  [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& path) override;
 
   const Facts facts_;
   const std::string supportFolder_;  // ends with a slash

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +25,10 @@ class ScriptHost {
 
   /// True when `path` is a folder with at least one entry; false also when it cannot be read.
   [[nodiscard]] virtual bool folderHasEntries(const std::string& path) = 0;
+
+  /// The file or folder that an alias stands for, chains followed; a path that is no alias comes back as
+  /// itself, normalised. Nothing when it cannot be resolved.
+  [[nodiscard]] virtual std::optional<std::string> findOriginalFromAlias(const std::string& path) = 0;
 };
 
 /// What a recipe works with. The record is the only thing that a recipe writes.

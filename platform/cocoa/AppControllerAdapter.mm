@@ -5,6 +5,7 @@
 #include "app/AppController.h"
 #include "platform/SystemFacts.h"
 #include "platform/SystemPropertyLists.h"
+#include "platform/SystemVolumes.h"
 #import "platform/cocoa/CocoaProgressWindow.h"
 #import "platform/cocoa/CocoaRunLoop.h"
 #import "platform/cocoa/CocoaWorkspace.h"
@@ -18,8 +19,10 @@ struct CocoaRun {
   CocoaRunLoop runLoop;
   CocoaWorkspace workspace;
   SystemPropertyLists propertyLists;
+  SystemVolumes volumes;
   CocoaProgressWindow window;
-  AppController controller{readFacts(), {window, window, window, window, workspace, runLoop, propertyLists}};
+  AppController controller{readFacts(),
+                           {window, window, window, window, workspace, runLoop, propertyLists, volumes}};
 };
 
 }  // namespace corvane

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/AppController.h"
+#include "platform/SystemVolumes.h"
 #include "platform/headless/HeadlessDisplay.h"
 #include "platform/headless/HeadlessRunLoop.h"
 #include "platform/headless/HeadlessWorkspace.h"
@@ -13,8 +14,10 @@ int runHeadless(const Facts& facts, PropertyLists& propertyLists,
                 std::function<void(const std::string&)> announce) {
   HeadlessRunLoop runLoop;
   HeadlessDisplay display(runLoop);
+  SystemVolumes volumes;
   HeadlessWorkspace workspace(runLoop, std::move(announce));
-  AppController controller(facts, {display, display, display, display, workspace, runLoop, propertyLists});
+  AppController controller(facts,
+                           {display, display, display, display, workspace, runLoop, propertyLists, volumes});
   controller.awakeFromNib();
   runLoop.run();
   return workspace.exitStatus();

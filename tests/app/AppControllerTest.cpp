@@ -40,8 +40,8 @@ class AppControllerTest : public testing::Test {
     facts.appSupportFolder = facts.libraryFolder + "/Application Support";
     facts.appKitVersion = 2000;
     facts.today = {2026, 3, 9};
-    controller =
-        std::make_unique<AppController>(facts, Ports{ports, ports, ports, ports, ports, runLoop, lists});
+    controller = std::make_unique<AppController>(
+        facts, Ports{ports, ports, ports, ports, ports, runLoop, lists, volumes});
     controller->awakeFromNib();
   }
 
@@ -61,6 +61,7 @@ class AppControllerTest : public testing::Test {
   RecordingPorts ports;
   ManualRunLoop runLoop;
   MemoryPropertyLists lists;
+  AliasVolumes volumes;
   std::unique_ptr<AppController> controller;
 
  private:

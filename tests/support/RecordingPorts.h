@@ -114,6 +114,17 @@ class ManualRunLoop : public RunLoop {
   std::weak_ptr<ReadHandler> reader_;
 };
 
+/// A machine on which the test says what is an alias; no other path can be resolved.
+class AliasVolumes : public Volumes {
+ public:
+  std::map<std::string, std::string> originals;
+
+  [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& path) override {
+    const auto alias = originals.find(path);
+    return alias == originals.end() ? std::nullopt : std::optional(alias->second);
+  }
+};
+
 /// Property lists by their file's name; what is not there cannot be read.
 class MemoryPropertyLists : public PropertyLists {
  public:

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,9 +45,14 @@ class FakeScriptHost : public ScriptHost {
   [[nodiscard]] bool folderHasEntries(const std::string& path) override {
     return std::count(filled.begin(), filled.end(), path) > 0;
   }
+  [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& path) override {
+    const auto alias = originals.find(path);
+    return alias == originals.end() ? std::nullopt : std::optional(alias->second);
+  }
 
   int measured = 0;
-  std::vector<std::string> filled;  ///< folders that hold something
+  std::vector<std::string> filled;               ///< folders that hold something
+  std::map<std::string, std::string> originals;  ///< no other path can be resolved
 };
 
 }  // namespace corvane

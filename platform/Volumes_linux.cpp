@@ -1,0 +1,15 @@
+#include <cstdlib>
+#include <memory>
+
+#include "platform/SystemVolumes.h"
+
+namespace corvane {
+
+// What an alias is on macOS, a symbolic link is here.
+std::optional<std::string> SystemVolumes::findOriginalFromAlias(const std::string& path) {
+  const std::unique_ptr<char, void (*)(void*)> original(::realpath(path.c_str(), nullptr), std::free);
+  if (!original) return std::nullopt;
+  return original.get();
+}
+
+}  // namespace corvane
