@@ -12,4 +12,8 @@ namespace corvane {
 [[nodiscard]] std::string shellScriptForMail(const RecipeContext& context, std::string script,
                                              const std::string& destination);
 
+/// The same with the address book. Here attachments and preferences end one system version earlier.
+[[nodiscard]] std::string shellScriptForMailAndAddressBook(const RecipeContext& context, std::string script,
+                                                           const std::string& destination);
+
 }  // namespace corvane

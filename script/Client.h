@@ -69,7 +69,7 @@ struct Client {
   std::string_view quitEcho = "Quiting email application...";
   std::string_view processPattern;  ///< what its lines in the process list hold
   std::string_view application;     ///< the name it is asked to quit by
-  std::string_view relaunch;        ///< the line that starts it again; empty for none
+  std::string_view relaunch;        ///< the line that starts {application} again; empty for none
   bool canGoOffline = false;        ///< may be set offline instead of being quit
 
   bool isAppleMail = false;

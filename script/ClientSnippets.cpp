@@ -101,7 +101,7 @@ std::string quitAddressBook(int minorSystemVersion) {
 std::string relaunchClient(const Client* client, bool quitEntourage) {
   if (client && client->canGoOffline && !quitEntourage) return std::string(kOnlineForm);
   std::string text = "\n\techo \"Launching email application...\"\n";
-  if (client) text += client->relaunch;
+  if (client) text += fill(client->relaunch, {{"application", client->application}});
   return text;
 }
 

@@ -94,6 +94,17 @@ TEST_F(AppControllerTest, SuccessFadesOutAndQuits) {
                            HasSubstr("] Backup Starting...\n"), HasSubstr("] one\n")));
 }
 
+TEST_F(AppControllerTest, FollowsAliasesAndWritesManifestsThroughThem) {
+  const std::string stored = home.path() + "/Library/Thunderbird";
+  lists.files["Config.plist"]["Clients"] = {PropertyListValue::Array{{std::string("Thunderbird")}}};
+  volumes.originals[stored] = "/Volumes/Data/Profiles";
+  start();
+  std::string problem;
+  EXPECT_THAT(readFile(scriptPath(), 1 << 20, problem).value_or(problem),
+              HasSubstr("--rsrc \"/Volumes/Data/Profiles\""));
+  EXPECT_TRUE(lists.written.contains(stored + "/Contents.plist"));
+}
+
 struct OutputCase {
   const char* name;
   std::vector<const char*> chunks;

@@ -10,20 +10,22 @@ namespace corvane {
 namespace {
 
 constexpr const char* kContents = "/Users/anna/Library/Application Support/Quillon/Corvane/Contents.plist";
+constexpr const char* kName = "Studio-(Email Client)-`date +%d%b%Y`.qvb";
 constexpr const char* kDownloads = "/Users/anna/Library/Mail Downloads";
 
 class AppleMailTest : public testing::Test {
  protected:
-  AppleMailTest() { record.currentFilename = "Studio-(Email Client)-`date +%d%b%Y`.qvb"; }
+  AppleMailTest() { record.currentFilename = kName; }
 
   std::string section(bool relaunch = false, const std::string& destination = kBackupDisk) {
-    const Client* client = findClient(clientTable(), "Apple Mail", false);
-    return shellScriptForMail({record, facts, host, *client, relaunch}, "so far\n", destination);
+    const Client* client = findClient(clientTable(), "Apple Mail", withAddressBook);
+    return client->recipe({record, facts, host, *client, relaunch}, "so far\n", destination);
   }
 
   RunRecord record = defaultRecord();
   Facts facts = annasFacts();
   FakeScriptHost host;
+  bool withAddressBook = false;
 };
 
 TEST_F(AppleMailTest, SectionsAreByteForByteTheGoldenOnes) {
@@ -31,21 +33,35 @@ TEST_F(AppleMailTest, SectionsAreByteForByteTheGoldenOnes) {
     double appKitVersion;
     bool attachments;
     const char* golden;
-  } rows[] = {{1187, true, "current"},     {1139, false, "current"},       {1138.9, true, "attachments"},
-              {1138, true, "attachments"}, {1138.9, false, "preferences"}, {824, false, "preferences"}};
+    bool withAddressBook = false;
+  } rows[] = {{1187, true, "mail/current"},
+              {1139, false, "mail/current"},
+              {1138.9, true, "mail/attachments"},
+              {1138, true, "mail/attachments"},
+              {1138.9, false, "mail/preferences"},
+              {824, false, "mail/preferences"},
+              {1138, true, "mail-and-book/current", true},
+              {1039, false, "mail-and-book/current", true},
+              {1038.9, true, "mail-and-book/attachments", true},
+              {1038, false, "mail-and-book/preferences", true}};
   for (const auto& row : rows) {
     for (const auto& [relaunch, automount] :
          {std::pair{false, false}, {false, true}, {true, false}, {true, true}}) {
       facts.appKitVersion = row.appKitVersion;
+      withAddressBook = row.withAddressBook;
+      record.currentFilename = kName;
       host.filled = {row.attachments ? kDownloads : "/Users/anna/Library/Mail"};
       record.useAutomount = automount;
-      const auto golden = readGolden(std::string("mail/") + row.golden + (relaunch ? "-relaunch" : ""),
+      const auto golden = readGolden(row.golden + std::string(relaunch ? "-relaunch" : ""),
                                      {{"{base}", automount ? "/tmp" : kBackupDisk},
                                       {"{contents}", kContents},
                                       {"{library}", "/Users/anna/Library"},
-                                      {"{name}", "Studio-Mail-`date +%d%b%Y`.qvb"}});
+                                      {"{support}", "/Users/anna/Library/Application Support"},
+                                      {"{name}", withAddressBook ? "Studio-Mail+AB-`date +%d%b%Y`.qvb"
+                                                                 : "Studio-Mail-`date +%d%b%Y`.qvb"}});
       EXPECT_TRUE(sameText("so far\n" + golden, section(relaunch)))
-          << row.appKitVersion << ", relaunch " << relaunch << ", automount " << automount;
+          << row.golden << ", AppKit " << row.appKitVersion << ", relaunch " << relaunch << ", automount "
+          << automount;
     }
   }
 }
@@ -66,6 +82,15 @@ TEST_F(AppleMailTest, RecordsWhatTheRestOfTheRunNeeds) {
   EXPECT_EQ(manifest.client, "Apple Mail");
   EXPECT_EQ(manifest.language, 2);
   EXPECT_EQ(manifest.date.year * 10000 + manifest.date.month * 100 + manifest.date.day, 20261105);
+}
+
+TEST_F(AppleMailTest, ManifestNamesTheAddressBookToo) {
+  withAddressBook = true;
+  (void)section();
+  ASSERT_EQ(record.manifests.size(), 1U);
+  EXPECT_EQ(record.manifests[0].path, kContents);
+  EXPECT_EQ(record.manifests[0].client, "Apple Mail + Address Book");
+  EXPECT_EQ(record.finalFileName, "Studio-Mail+AB-`date +%d%b%Y`.qvb");
 }
 
 TEST_F(AppleMailTest, StagesServerBackupsInTmp) {
