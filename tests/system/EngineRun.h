@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "process/ChildProcess.h"
 #include "process/Spawn.h"
@@ -69,6 +70,8 @@ class EngineRun {
 void writeTestFile(const std::string& path, const std::string& bytes);
 /// A whole file; empty when it cannot be read.
 [[nodiscard]] std::string readTestFile(const std::string& path);
+/// The names of what is in a folder, hidden ones too, sorted; none when there is no such folder.
+[[nodiscard]] std::vector<std::string> namesIn(const std::string& folder);
 /// An XML property list around the entries of its root dictionary.
 [[nodiscard]] std::string xmlPropertyList(const std::string& entries);
 

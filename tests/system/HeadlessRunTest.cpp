@@ -18,13 +18,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
-std::vector<std::string> namesIn(const std::string& folder) {
-  std::vector<std::string> names;
-  std::istringstream lines(runTool({"/bin/ls", "-A", folder}, Capture::outputOnly).output);
-  for (std::string name; std::getline(lines, name);) names.push_back(name);
-  return names;
-}
-
 class HeadlessRunTest : public testing::Test {
  protected:
   // Nothing of a run stays behind but its archives, its log and its marker.

@@ -1,0 +1,234 @@
+// Every client but Apple Mail alone, backed up for real by the program without a display.
+//
+// The scripts look for the clients in the process list, where the words of this program's own command line
+// stand too: no test here is named after a client.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "process/Files.h"
+#include "process/RunTool.h"
+#include "tests/system/EngineRun.h"
+
+namespace corvane {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using Names = std::vector<std::string>;
+
+class ClientRunTest : public testing::Test {
+ protected:
+  // What the script asks of applications and of `ditto` is written down.
+  ClientRunTest() {
+    engine.installTool("osascript", "echo \"$@\" >>\"$HOME/asked\"\n");
+    engine.installTool("ditto", "echo \"$@\" >>\"$HOME/dittoed\"\nexec " DITTO_PATH " \"$@\"\n");
+    writeTestFile(engine.preferences(),
+                  xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"
+                                  "<key>filenameTemplate</key><string>(Email Client).qvb</string>"));
+  }
+
+  void configure(const Names& clients, const std::string& more = "") {
+    std::string list;
+    for (const auto& client : clients) list += "<string>" + client + "</string>";
+    engine.configure("<key>Clients</key><array>" + list + "</array>" + more);
+  }
+
+  [[nodiscard]] std::string inHome(const std::string& name) const { return engine.home() + "/" + name; }
+
+  // The folder to which an archive at the destination was unpacked.
+  std::string unpack(const std::string& archive) const {
+    const std::string out = inHome("unpacked " + archive);
+    EXPECT_EQ(runTool({"/usr/bin/unzip", "-q", engine.destination() + "/" + archive, "-d", out}).status, 0);
+    return out;
+  }
+
+  void expectFailure() {
+    EXPECT_EQ(engine.run(), 1);
+    EXPECT_THAT(engine.log(), Not(HasSubstr("Backup completed")));
+    EXPECT_FALSE(fileExists(engine.support() + "/lastbackup"));
+  }
+
+  EngineRun engine;
+};
+
+// A client that keeps everything in one folder.
+struct OneFolder {
+  const char* client;
+  int language;
+  const char* folder;  // below the home folder
+  const char* archive;
+};
+
+class OneFolderRunTest : public ClientRunTest, public testing::WithParamInterface<OneFolder> {
+ protected:
+  OneFolderRunTest() {
+    configure({GetParam().client},
+              "<key>Language</key><integer>" + std::to_string(GetParam().language) + "</integer>");
+    makeFolders(folder().substr(0, folder().find_last_of('/')));
+  }
+
+  [[nodiscard]] std::string folder() const { return inHome(GetParam().folder); }
+
+  // Runs the backup and compares the archive with `data`, which it must have been made from.
+  void expectArchiveOf(const std::string& data) {
+    writeTestFile(data + "/Main/Inbox", "mail");
+    writeTestFile(data + "/Entw\u00FCrfe", "drafts");
+    EXPECT_EQ(engine.run(), 0);
+    EXPECT_THAT(readTestFile(inHome("dittoed")), HasSubstr("--rsrc " + data + " "));
+    ASSERT_THAT(namesIn(engine.destination()), ElementsAre(GetParam().archive));
+    const std::string out = unpack(GetParam().archive);
+    EXPECT_THAT(readTestFile(out + "/Contents.plist"),
+                AllOf(HasSubstr(std::string("<string>") + GetParam().client + "</string>"),
+                      HasSubstr("<integer>" + std::to_string(GetParam().language) + "</integer>")));
+    EXPECT_TRUE(removeFile(out + "/Contents.plist"));
+    EXPECT_EQ(runTool({"/usr/bin/diff", "-r", data, out}).output, "");
+    EXPECT_TRUE(fileExists(engine.support() + "/lastbackup"));
+  }
+};
+
+TEST_P(OneFolderRunTest, ArchivesItsFolder) { expectArchiveOf(folder()); }
+
+TEST_P(OneFolderRunTest, ArchivesTheFolderBehindLinks) {
+  const std::string original = inHome("elsewhere/profiles");
+  makeFolders(original);
+  ASSERT_EQ(::symlink("elsewhere/profiles", inHome("link").c_str()), 0);
+  ASSERT_EQ(::symlink(inHome("link").c_str(), folder().c_str()), 0);
+  expectArchiveOf(original);
+  EXPECT_TRUE(std::filesystem::is_symlink(folder()));
+}
+
+TEST_P(OneFolderRunTest, FailsWithoutItsFolder) {
+  expectFailure();
+  EXPECT_THAT(engine.log(), HasSubstr(": Backup failed."));
+  EXPECT_THAT(namesIn(engine.destination()), ElementsAre());
+  EXPECT_FALSE(fileExists(folder()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Clients, OneFolderRunTest,
+    testing::Values(
+        OneFolder{"Microsoft Outlook 2011", 3,
+                  "Documents/Donn\u00E9es utilisateurs Microsoft/Office 2011 Identities",
+                  "Outlook2011-fr.qvb"},
+        OneFolder{"Microsoft Entourage 2008", 1,
+                  "Documents/Dati Utente Microsoft/Identit\u00E0 di Office 2008", "Entourage2008-it.qvb"},
+        OneFolder{"Microsoft Entourage 2004", 2,
+                  "Documents/Microsoft-Benutzerdaten/Office 2004-Identit\u00E4ten", "Entourage2004-de.qvb"},
+        OneFolder{"Microsoft Entourage v.X", 5,
+                  "Documents/Datos de usuario de Microsoft/Identidades de Office X", "EntouragevX-es.qvb"},
+        OneFolder{"Thunderbird", 0, "Library/Thunderbird", "Thunderbird.qvb"},
+        OneFolder{"Eudora 8", 0, "Library/Thunderbird", "Eudora8.qvb"},
+        OneFolder{"Postbox", 0, "Library/Application Support/Postbox", "Postbox.qvb"},
+        OneFolder{"Eudora", 0, "Documents/Eudora Folder", "Eudora.qvb"}),
+    [](const auto& test) { return std::to_string(test.index); });
+
+TEST_F(ClientRunTest, AFolderThatTakesNoManifestIsArchivedWithoutOne) {
+  if (::geteuid() == 0) GTEST_SKIP() << "nothing is read-only for root";
+  configure({"Postbox"});
+  const std::string folder = engine.library() + "/Application Support/Postbox";
+  writeTestFile(folder + "/Inbox", "mail");
+  ASSERT_EQ(::chmod(folder.c_str(), 0555), 0);
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_EQ(::chmod(folder.c_str(), 0755), 0);
+  EXPECT_THAT(namesIn(unpack("Postbox.qvb")), ElementsAre("Inbox"));
+}
+
+TEST_F(ClientRunTest, TheAddressBookIsArchivedBesideTheMail) {
+  configure({"Apple Mail"}, "<key>Backup Address Book</key><false/>");
+  writeTestFile(engine.library() + "/Mail/V9/1.emlx", "mail");
+  const std::string book = engine.library() + "/Application Support/AddressBook";
+  writeTestFile(book + "/AddressBook.abcddb", "cards");
+  EXPECT_EQ(engine.run(), 0);
+  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("Mail+AB.qvb"));
+  const std::string out = unpack("Mail+AB.qvb");
+  EXPECT_THAT(namesIn(out), ElementsAre("AB", "Contents.plist", "Mail"));
+  EXPECT_THAT(namesIn(out + "/Mail"), ElementsAre("Mail.zip"));
+  EXPECT_THAT(readTestFile(out + "/Contents.plist"), HasSubstr("<string>Apple Mail + Address Book</string>"));
+  ASSERT_EQ(runTool({"/usr/bin/unzip", "-q", out + "/AB/AddressBook.zip", "-d", out + "/cards"}).status, 0);
+  EXPECT_EQ(runTool({"/usr/bin/diff", "-r", book, out + "/cards"}).output, "");
+}
+
+TEST_F(ClientRunTest, AMissingAddressBookFailsTheRun) {
+  configure({"Apple Mail"}, "<key>Backup Address Book</key><true/>");
+  writeTestFile(engine.library() + "/Mail/V9/1.emlx", "mail");
+  expectFailure();
+  EXPECT_THAT(namesIn(engine.destination()), ElementsAre());
+  EXPECT_THAT(namesIn(engine.support()), ElementsAre("Config.plist"));
+}
+
+// The path that `ditto` gets holds a backslash: usually nothing is there, and nobody is told.
+TEST_F(ClientRunTest, MailBehindABackslashIsLeftOut) {
+  configure({"GyazMail"});
+  writeTestFile(engine.library() + "/Preferences/jp.gyazsquare.GyazMail.plist", "settings");
+  writeTestFile(engine.library() + "/Application Support/GyazMail/inbox", "mail");
+  EXPECT_EQ(engine.run(), 0);
+  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("GyazMail.qvb"));
+  EXPECT_THAT(namesIn(unpack("GyazMail.qvb")), ElementsAre("Contents.plist", "jp.gyazsquare.GyazMail.plist"));
+}
+
+TEST_F(ClientRunTest, MailInAFolderOfThatLiteralNameIsArchived) {
+  configure({"GyazMail"});
+  writeTestFile(engine.library() + "/Application\\ Support/GyazMail/inbox", "mail");
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_THAT(namesIn(unpack("GyazMail.qvb")), ElementsAre("Contents.plist", "GyazMail.zip"));
+}
+
+// The shell finds no end of the text that the open quote starts, and gives up there.
+TEST_F(ClientRunTest, AnOpenQuoteEndsTheScriptBeforeTheRename) {
+  configure({"Mailsmith", "Postbox"});
+  writeTestFile(inHome("Mail/Mailsmith User Data/inbox"), "mail");
+  writeTestFile(engine.library() + "/Preferences/Mailsmith Preferences", "settings");
+  writeTestFile(engine.library() + "/Application Support/Postbox/inbox", "mail");
+  expectFailure();
+  EXPECT_THAT(engine.log(),
+              AllOf(HasSubstr("] Compressing Backup files..."),
+                    HasSubstr("] Cleaning up after failed Backup\n"), Not(HasSubstr("Backing up Postbox"))));
+  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("corvane.qvb"));
+  EXPECT_THAT(namesIn(unpack("corvane.qvb")),
+              ElementsAre("Contents.plist", "Mailsmith.zip", "MailsmithPrefs.zip"));
+  EXPECT_FALSE(fileExists(engine.support() + "/.corvane.sh"));
+}
+
+TEST_F(ClientRunTest, OneFailingClientFailsTheRunButNotTheOthers) {
+  configure({"Thunderbird", "Postbox", "Eudora"});
+  writeTestFile(engine.library() + "/Thunderbird/profiles.ini", "first");
+  writeTestFile(inHome("Documents/Eudora Folder/In"), "third");
+  expectFailure();
+  EXPECT_THAT(engine.log(), HasSubstr(": Backup failed."));
+  EXPECT_THAT(namesIn(engine.destination()), ElementsAre("Eudora.qvb", "Thunderbird.qvb"));
+  // Only the last client's manifest is taken away again.
+  EXPECT_THAT(namesIn(engine.library() + "/Thunderbird"), ElementsAre("Contents.plist", "profiles.ini"));
+  EXPECT_THAT(namesIn(inHome("Documents/Eudora Folder")), ElementsAre("In"));
+}
+
+TEST_F(ClientRunTest, TwoClientsOfOneFolderShareTheLastManifest) {
+  configure({"Thunderbird", "Eudora 8"});
+  writeTestFile(engine.library() + "/Thunderbird/profiles.ini", "both");
+  EXPECT_EQ(engine.run(), 0);
+  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("Eudora8.qvb", "Thunderbird.qvb"));
+  EXPECT_THAT(readTestFile(unpack("Thunderbird.qvb") + "/Contents.plist"),
+              HasSubstr("<string>Eudora 8</string>"));
+  EXPECT_THAT(namesIn(engine.library() + "/Thunderbird"), ElementsAre("profiles.ini"));
+}
+
+TEST_F(ClientRunTest, ClientsAreQuitAndStartedAgain) {
+  configure({"Microsoft Outlook 2011", "Eudora 8", "Postbox"}, "<key>Relaunch Client</key><true/>");
+  expectFailure();  // none of them has any mail
+  EXPECT_THAT(
+      readTestFile(inHome("asked")),
+      AllOf(testing::StartsWith("-e tell application \"Microsoft Outlook\" -e quit -e end tell\n"
+                                "-e tell application \"Microsoft Database Daemon\" -e quit -e end tell\n"
+                                "-e tell application \"Microsoft Outlook\" -e activate -e end tell\n"),
+            testing::EndsWith("-e tell application \"Postbox\" -e activate -e end tell\n"),
+            Not(HasSubstr("\"Eudora\" -e activate"))));
+}
+
+}  // namespace
+}  // namespace corvane
