@@ -37,7 +37,6 @@ class Application : public testing::Environment {
     ASSERT_EQ(theDisplay->problem(), "");
     theScreen = std::make_unique<XScreen>(theDisplay->name());
     ASSERT_TRUE(theScreen->isOpen());
-    theScreen->paintBackground({0, 128, 128});
     ::setenv("DISPLAY", theDisplay->name().c_str(), 1);
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     [[NSUserDefaults standardUserDefaults] registerDefaults:appearance()];

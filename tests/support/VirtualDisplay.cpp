@@ -13,10 +13,12 @@ namespace {
 
 constexpr auto patience = std::chrono::seconds(10);
 
-// `command` begins with "env", which finds the program.
-std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command, int output,
+// setpriv finds the program, and sees to it that it ends with this one even when this one is killed.
+std::unique_ptr<ChildProcess> start(const std::vector<std::string>& program, int output,
                                     std::string& problem) {
-  const auto spawned = spawn({"/usr/bin/env", command, currentEnvironment()}, output, false);
+  std::vector<std::string> arguments{"setpriv", "--pdeathsig", "TERM"};
+  arguments.insert(arguments.end(), program.begin(), program.end());
+  const auto spawned = spawn({"/usr/bin/setpriv", arguments, currentEnvironment()}, output, false);
   problem = spawned.problem;
   return spawned.pid < 0 ? nullptr : std::make_unique<ChildProcess>(spawned.pid);
 }
@@ -44,7 +46,7 @@ std::string readLine(int descriptor) {
 VirtualDisplay::VirtualDisplay(int width, int height) {
   Pipe number;
   const auto size = std::to_string(width) + "x" + std::to_string(height) + "x24";
-  server_ = start({"env", "Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"},
+  server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"},
                   number.writeEnd, problem_);
   number.closeWriteEnd();
   if (!server_) return;
@@ -55,7 +57,7 @@ VirtualDisplay::VirtualDisplay(int width, int height) {
 bool VirtualDisplay::startCompositor() {
   const XScreen screen(name_);
   Pipe unread;
-  compositor_ = start({"env", "xcompmgr", "-d", name_}, unread.writeEnd, problem_);
+  compositor_ = start({"xcompmgr", "-d", name_}, unread.writeEnd, problem_);
   return compositor_ && waitFor([&] { return screen.hasCompositor(); }, patience);
 }
 

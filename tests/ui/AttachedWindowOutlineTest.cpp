@@ -54,6 +54,9 @@ TEST(OutlineTest, ScalesMeasuresOnceAndEdgesTwice) {
   EXPECT_EQ(written(backgroundPath(makeWindow(PLSideRightRising, 2), 2)),
             "M 80,116 L 264,116 A 280,116>280,100:16 L 280,16 A 280,0>264,0:16 L 80,0 A 64,0>64,16:16 "
             "L 32,36 L 64,56 L 64,100 A 64,116>80,116:16 Z");
+  EXPECT_EQ(written(backgroundPath(makeWindow(PLSideTopRightward, 2), 2)),
+            "M 16,180 L 200,180 A 216,180>216,164:16 L 216,80 A 216,64>200,64:16 L 56,64 L 36,32 L 16,64 "
+            "L 16,64 A 0,64>0,80:16 L 0,164 A 0,180>16,180:16 Z");
 }
 
 TEST(OutlineTest, StartsAtTheVeryCornerBesideAnArrow) {

@@ -38,6 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Below, AutomaticSideTest,
                                          Search{{0, 0, 100, 400}, {20, 300}, PLSideBottom},
                                          Search{{0, 0, 100, 400}, {60, 300}, PLSideBottom},
                                          Search{{0, 0, 106, 400}, {20, 300}, PLSideBottom},
+                                         Search{{0, 0, 138, 400}, {86, 300}, PLSideBottomLeftward},
                                          Search{{0, 0, 106.5, 400}, {20, 300}, PLSideBottomRightward},
                                          Search{{0, 25, 1000, 775}, {500, 95}, PLSideBottom}));
 
