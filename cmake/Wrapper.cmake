@@ -3,9 +3,14 @@ configure_file(resources/Info.plist.in ${CMAKE_BINARY_DIR}/Info.plist @ONLY)
 
 if(APPLE)
   set_target_properties(BackupEngine PROPERTIES MACOSX_BUNDLE ON MACOSX_BUNDLE_INFO_PLIST ${CMAKE_BINARY_DIR}/Info.plist)
+  find_program(IBTOOL ibtool REQUIRED)  # comes with Xcode
+  set(resources $<TARGET_BUNDLE_CONTENT_DIR:BackupEngine>/Resources)
+  set(xib ${CMAKE_SOURCE_DIR}/resources/MainMenu.xib)
+  set_property(TARGET BackupEngine APPEND PROPERTY LINK_DEPENDS ${xib})
   add_custom_command(TARGET BackupEngine POST_BUILD
-    COMMAND ibtool --compile $<TARGET_BUNDLE_CONTENT_DIR:BackupEngine>/Resources/MainMenu.nib
-            ${CMAKE_SOURCE_DIR}/resources/MainMenu.xib)
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${resources}
+    COMMAND ${IBTOOL} --errors --warnings --compile ${resources}/MainMenu.nib ${xib}
+    VERBATIM)
   return()
 endif()
 

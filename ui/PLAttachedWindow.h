@@ -20,7 +20,7 @@
 
 /// `point` is in the base coordinates of `window`, or in those of the screen when that is nil. An automatic
 /// side is resolved once, here. The distance lies between the point and the tip of the arrow.
-/// Answers nil, and releases the receiver, when the view is nil.
+/// Answers nil when the view is nil; the receiver is then never freed.
 - (id)initWithView:(NSView*)view
     attachedToPoint:(NSPoint)point
            inWindow:(NSWindow*)window

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "app/AppController.h"
+#include "platform/EndingSignals.h"
 #include "platform/SystemFacts.h"
 #include "platform/SystemPropertyLists.h"
 #include "platform/SystemVolumes.h"
@@ -12,7 +13,7 @@
 
 namespace corvane {
 
-// One run with a window; the controller comes last, so that it goes first.
+// One run with a window; what uses the other members comes last, so that it goes first.
 struct CocoaRun {
   explicit CocoaRun(const ProgressViews& views) : window(views) {}
 
@@ -23,6 +24,11 @@ struct CocoaRun {
   CocoaProgressWindow window;
   AppController controller{readFacts(),
                            {window, window, window, window, workspace, runLoop, propertyLists, volumes}};
+  std::unique_ptr<EndingSignals> signals;
+
+  void handleSignals() {
+    signals = std::make_unique<EndingSignals>(runLoop, [this] { controller.cancelBackup(); });
+  }
 };
 
 }  // namespace corvane
@@ -35,6 +41,12 @@ struct CocoaRun {
   run_ = std::make_unique<corvane::CocoaRun>(corvane::ProgressViews{
       backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus, openLogButton});
   run_->controller.awakeFromNib();
+}
+
+// After the window system has installed its own handlers, which may wait for themselves for ever.
+- (void)applicationWillFinishLaunching:(NSNotification*)notification {
+  (void)notification;
+  run_->handleSignals();
 }
 
 - (IBAction)cancelBackup:(id)sender {

@@ -1,6 +1,7 @@
 #import "platform/cocoa/CocoaRunLoop.h"
 
 #import <AppKit/AppKit.h>
+#include <fcntl.h>
 
 #include <string>
 #include <utility>
@@ -139,7 +140,9 @@ class ReaderSource : public RunLoop::Source, private Arrival {
   self = [super init];
   if (self == nil) return nil;
   source_ = source;
-  handle_ = [[NSFileHandle alloc] initWithFileDescriptor:descriptor closeOnDealloc:NO];
+  // A duplicate of its own: the pipe may be closed while a wait is still outstanding.
+  const int duplicate = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+  handle_ = [[NSFileHandle alloc] initWithFileDescriptor:duplicate closeOnDealloc:YES];
   [[NSNotificationCenter defaultCenter] addObserver:self
                                            selector:@selector(dataAvailable:)
                                                name:NSFileHandleDataAvailableNotification

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/AppController.h"
+#include "platform/EndingSignals.h"
 #include "platform/SystemVolumes.h"
 #include "platform/headless/HeadlessDisplay.h"
 #include "platform/headless/HeadlessRunLoop.h"
@@ -18,6 +19,7 @@ int runHeadless(const Facts& facts, PropertyLists& propertyLists,
   HeadlessWorkspace workspace(runLoop, std::move(announce));
   AppController controller(facts,
                            {display, display, display, display, workspace, runLoop, propertyLists, volumes});
+  const EndingSignals signals(runLoop, [&] { controller.cancelBackup(); });
   controller.awakeFromNib();
   runLoop.run();
   return workspace.exitStatus();

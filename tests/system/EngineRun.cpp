@@ -86,7 +86,10 @@ EngineRun::EngineRun() {
 }
 
 EngineRun::~EngineRun() {
-  if (testing::Test::HasFailure()) std::fprintf(stderr, "the engine's log:\n%s\n", log().c_str());
+  if (!testing::Test::HasFailure()) return;
+  const std::string all = log();
+  const std::size_t shown = std::min<std::size_t>(all.size(), 8192);
+  std::fprintf(stderr, "the end of the engine's log:\n%s\n", all.c_str() + all.size() - shown);
 }
 
 void EngineRun::configure(const std::string& entries) {

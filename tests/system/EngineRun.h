@@ -53,6 +53,7 @@ class EngineRun {
   [[nodiscard]] int announcements() const;
   /// What the engine wrote to its standard output, and to standard error before its log was open.
   [[nodiscard]] std::string output() const;
+  [[nodiscard]] pid_t pid() const { return pid_; }
   /// The most memory that the engine has had so far, in KiB, as far as it was seen by `exitStatus`.
   [[nodiscard]] long peakMemory() const { return peakMemory_; }
 

@@ -76,6 +76,19 @@ TEST_F(HeadlessRunTest, AScriptThatDiesIsAFailure) {
   expectCleanedUp();
 }
 
+TEST_F(HeadlessRunTest, TheEndFromOutsideEndsTheScriptToo) {
+  engine.configureMail();
+  engine.installTool("ditto", "[ $1 != -ckX ] || { echo $$ > \"$HOME/ditto.pid\"; exec sleep 1000; }\n");
+  engine.start();
+  const std::string pidFile = engine.home() + "/ditto.pid";
+  ASSERT_TRUE(waitFor([&] { return readTestFile(pidFile).ends_with('\n'); }, std::chrono::seconds(20)));
+  const pid_t ditto = std::stoi(readTestFile(pidFile));
+  ASSERT_EQ(::kill(engine.pid(), SIGTERM), 0);
+  EXPECT_EQ(engine.exitStatus(), 1);
+  EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, std::chrono::seconds(5)));
+  expectCleanedUp();
+}
+
 // The first `ditto` of the script stands for everything that a tool can do to the output.
 struct ToolOutputCase {
   const char* name;

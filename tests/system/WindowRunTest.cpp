@@ -75,7 +75,7 @@ TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
   engine.listen();
   engine.start(display.name());
   const std::string pidFile = engine.home() + "/ditto.pid";
-  ASSERT_TRUE(waitFor([&] { return !readTestFile(pidFile).empty(); }, 20s));
+  ASSERT_TRUE(waitFor([&] { return readTestFile(pidFile).ends_with('\n'); }, 20s));
   const pid_t ditto = std::stoi(readTestFile(pidFile));
 
   EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
