@@ -80,10 +80,14 @@ void AppController::runBackupNow() {
     return;
   }
   log("Configuring Backup...");
-  generateShellScript(configuration);
+  const bool generated = generateShellScript(configuration);
   log("Backup Starting...");
   ports_.display.setHeadline("Backup in Progress...");
-  executeShellScriptAtPath(scriptPath_);
+  if (generated) {
+    executeShellScriptAtPath(scriptPath_);
+  } else {
+    processFinished();  // one that a killed run left must not be taken for this run's
+  }
 }
 
 void AppController::openWindow() {
@@ -93,21 +97,21 @@ void AppController::openWindow() {
   ports_.window.open(windowPoint(dock));
 }
 
-void AppController::generateShellScript(const BackupConfiguration& configuration) {
+bool AppController::generateShellScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
   ports_.steps.setStepMaximum(record_.progressMaximum);
   writeManifests();
-  // When it cannot be written, one that a killed run left must not be taken for this run's.
-  if (!QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
-                                                              supportFolder_)) {
-    removeFile(scriptPath_);
-  }
+  return QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
+                                                                supportFolder_);
 }
 
+// One that cannot be written is missing from its archive; an older one must not stand in for it.
 void AppController::writeManifests() {
   for (const auto& manifest : record_.manifests) {
     std::string problem;
-    if (!ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest), problem)) log(problem);
+    if (ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest), problem)) continue;
+    log(problem);
+    removeFile(manifest.path);
   }
 }
 
@@ -124,7 +128,20 @@ void AppController::updateDisplayWithStatus(const std::string& status) {
   log(status);
 }
 
+// What one read returned may go on after the line that asks for Mail, up to the verdict: that is looked at by
+// itself, so that a slow reader does not take a good backup for a failed one.
 void AppController::appendOutput(const std::string& output) {
+  const auto marker = output.find(kLaunchMail);
+  const auto end = marker == std::string::npos ? marker : output.find('\n', marker);
+  if (end == std::string::npos || end + 1 == output.size()) {
+    appendChunk(output);
+  } else {
+    appendChunk(output.substr(0, end + 1));
+    appendOutput(output.substr(end + 1));
+  }
+}
+
+void AppController::appendChunk(const std::string& output) {
   if (contains(output, kLaunchMail)) {
     ports_.workspace.launchApplication("Mail.app");
   } else if (!contains(output, "dyld")) {
@@ -134,10 +151,10 @@ void AppController::appendOutput(const std::string& output) {
 }
 
 void AppController::processFinished() {
+  succeeded_ = contains(ports_.display.status(), kSuccess);
   ports_.workspace.postNotification(kCompletion);
   removeFile(scriptPath_);
   if (!record_.contentsLocation.empty()) removeFile(record_.contentsLocation);
-  succeeded_ = contains(ports_.display.status(), kSuccess);
   ports_.activity.stopActivity();
   if (succeeded_) {
     startFadeTimer();

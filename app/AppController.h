@@ -55,9 +55,10 @@ class AppController : private TaskController, private ScriptHost {
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
-  void generateShellScript(const BackupConfiguration& configuration);
+  [[nodiscard]] bool generateShellScript(const BackupConfiguration& configuration);
   void writeManifests();
   void executeShellScriptAtPath(const std::string& path);
+  void appendChunk(const std::string& output);
   void updateDisplayWithStatus(const std::string& status);
   void showFailure();
   void deleteStagingFolder(const char* announcement);

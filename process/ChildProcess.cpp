@@ -19,7 +19,7 @@ constexpr int kLastRounds =
 bool ChildProcess::groupIsGone() {
   int status = 0;
   if (!status_ && ::waitpid(pid_, &status, WNOHANG) == pid_) status_ = status;
-  return ::kill(-pid_, 0) != 0 && errno == ESRCH;
+  return ::kill(-pid_, 0) != 0;  // nobody is left, or nobody whom we could end
 }
 
 void ChildProcess::terminate() {
@@ -40,9 +40,11 @@ int ChildProcess::wait() {
     if (::waitpid(pid_, &status, 0) == pid_) {
       status_ = status;
     } else if (errno != EINTR) {
+      ended_ = true;
       return -1;
     }
   }
+  ended_ = true;  // its number may soon be another's
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 

@@ -50,7 +50,8 @@ void log(std::string_view text) {
 
 bool reopenStandardError(const std::string& path) {
   makeFolders(path.substr(0, path.find_last_of('/')));
-  const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
+  // Non-blocking, so that a named pipe without a reader is refused and not waited for.
+  const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600);
   if (file < 0) return false;
   const bool reopened = ::dup2(file, STDERR_FILENO) >= 0;
   if (file != STDERR_FILENO) ::close(file);

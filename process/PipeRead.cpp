@@ -1,5 +1,6 @@
 #include "process/PipeRead.h"
 
+#include <poll.h>
 #include <unistd.h>
 #include <cerrno>
 
@@ -14,10 +15,13 @@ constexpr std::size_t kReadSize = 256 * 1024;
 
 void readOnce(int descriptor, std::string& buffer) {
   buffer.resize(kReadSize);
-  ssize_t count = 0;
-  do {
+  ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
+  while (count < 0 && (errno == EINTR || errno == EAGAIN)) {
+    // A run loop may have made the descriptor non-blocking.
+    pollfd ready{descriptor, POLLIN, 0};
+    ::poll(&ready, 1, -1);
     count = ::read(descriptor, buffer.data(), buffer.size());
-  } while (count < 0 && errno == EINTR);
+  }
   buffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
 }
 

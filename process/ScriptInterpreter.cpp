@@ -44,8 +44,10 @@ const Shell& scriptShell() {
 LaunchCommand commandForScript(const std::vector<std::string>& arguments, const std::string& toolsFolder) {
   LaunchCommand command = commandFor(scriptShell(), arguments);
   auto& environment = command.environment;
-  const std::string path = variable(environment, "PATH", "/usr/bin:/bin:/usr/sbin:/sbin");
-  setVariable(environment, "PATH", path + ":" + toolsFolder);
+  // An empty entry would stand for the current folder.
+  std::string path = variable(environment, "PATH", "");
+  if (path.empty()) path = "/usr/bin:/bin:/usr/sbin:/sbin";
+  setVariable(environment, "PATH", toolsFolder.empty() ? path : path + ":" + toolsFolder);
   // As `echo` of the system's own /bin/sh on macOS; shells other than bash do not look at it.
   setVariable(environment, "BASHOPTS", "xpg_echo");
   return command;

@@ -54,8 +54,11 @@ int runApplication(int /*argc*/, const char** argv) {
   const bool loaded = [NSBundle loadNibNamed:@"MainMenu" owner:NSApp];
   [pool release];
   // Not NSApplicationMain: that would go on without a window, for ever, when the file cannot be loaded.
-  if (loaded) [NSApp run];
-  log("cannot load the interface file MainMenu");
+  if (loaded) {
+    [NSApp run];
+  } else {
+    log("cannot load the interface file MainMenu");
+  }
   return EXIT_FAILURE;
 }
 

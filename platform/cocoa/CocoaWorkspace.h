@@ -2,6 +2,7 @@
 // Owner: the interface file's controller object. Thread: main.
 #pragma once
 
+#include <cstdlib>
 #include <optional>
 #include <string>
 
@@ -16,8 +17,8 @@ class CocoaWorkspace : public Workspace {
   void postNotification(const std::string& name) override;
   void terminate(int status) override;
 
-  /// What the program is to exit with; 0 when the system ends it before the run has.
-  [[nodiscard]] int exitStatus() const { return status_.value_or(0); }
+  /// What the program is to exit with; failure when the system ends it before the run has.
+  [[nodiscard]] int exitStatus() const { return status_.value_or(EXIT_FAILURE); }
 
  private:
   std::optional<int> status_;
