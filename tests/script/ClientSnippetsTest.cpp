@@ -1,9 +1,17 @@
 #include "script/ClientSnippets.h"
 
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
+#include "process/RunTool.h"
+#include "process/ScriptInterpreter.h"
 #include "recipes/ClientTable.h"
 #include "tests/support/Golden.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/ScriptFixtures.h"
 
 namespace corvane {
@@ -86,6 +94,29 @@ TEST(ClientSnippets, AppleMailIsLaunchedByTheControllersMarker) {
   EXPECT_EQ(text.find(readGolden("snippets/relaunch-unknown") + "\techo \"----Launch Apple Mail----\"\n"),
             0U);
   EXPECT_EQ(text.find("activate"), std::string::npos);
+}
+
+// A stand-in that quits some time after it was asked to, and then one that does not run.
+TEST(ClientSnippets, TheQuitLoopWaitsForAClientThatTakesItsTime) {
+  const ScratchFolder folder;
+  const std::string name = "corvane-slow-client-" + std::to_string(::getpid());
+  std::filesystem::copy_file("/bin/sleep", folder.path(name));
+  const std::string start = folder.path(name) + " 1000 >/dev/null 2>&1 & echo $!";
+  const std::string pid = runTool({"/bin/sh", "-c", start}).output;
+  ASSERT_NE(pid, "");
+  // A program of its own does the waiting: the arguments of this one hold the client's name, as `ps` sees it.
+  const auto end = folder.writeScript("end", "sleep 2\nkill " + pid);
+  folder.writeScript("osascript", "echo asked\n" + end + " >/dev/null 2>&1 &\n");
+
+  const Client client{.displayName = "Slow", .processPattern = name, .application = name};
+  const std::string snippet = addAppleScriptTo("", &client, true, false, RunRecord(), Facts());
+  const auto script =
+      folder.writeScript("quit.sh", "PATH=" + folder.path() + ":$PATH\n" + snippet + "echo over\n");
+  const auto quit = [&] { return runTool(commandForScript({script}, "")).output; };
+  const auto before = std::chrono::steady_clock::now();
+  EXPECT_EQ(quit(), "Quiting email application...\nasked\nWaiting for " + name + " to quit\nover\n");
+  EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
+  EXPECT_EQ(quit(), "Quiting email application...\nover\n");
 }
 
 }  // namespace

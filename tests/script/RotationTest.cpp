@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <sys/time.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+
 #include "process/RunTool.h"
 #include "process/ScriptInterpreter.h"
 #include "tests/support/Golden.h"
@@ -63,6 +67,59 @@ TEST(Rotation, LoopRemovesTheOldestOfTheKindAndNothingElse) {
   EXPECT_EQ(runRotation(folder, 1),
             "Removing old backup\nRemoving old backup\n"
             "Studio-anna-Mail-01Feb2026.qvb\nStudio-anna-Postbox-01Jan2026.qvb\n");
+}
+
+std::set<std::string> backupsIn(const ScratchFolder& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path("backups"))) {
+    names.insert(entry.path().filename());
+  }
+  return names;
+}
+
+struct PruneCase {
+  const char* name;
+  int archives;
+  int limit;
+  int left;
+};
+
+class PruneTest : public testing::TestWithParam<PruneCase> {};
+
+TEST_P(PruneTest, LeavesTheNewestWhateverTheUsersLanguageAndStyle) {
+  const ScratchFolder folder;
+  folder.makeFolder("backups");
+  for (int day = 1; day <= GetParam().archives; ++day) {
+    makeArchive(folder, "Studio-anna-Mail-" + std::to_string(day * 7 % 97) + ".qvb", day);
+  }
+  makeArchive(folder, "notes.txt", 0);
+  ::setenv("TIME_STYLE", "long-iso", 1);
+  ::setenv("QUOTING_STYLE", "shell-always", 1);
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  runRotation(folder, GetParam().limit);
+  for (const char* name : {"TIME_STYLE", "QUOTING_STYLE", "LC_ALL"}) ::unsetenv(name);
+
+  std::set<std::string> expected{"notes.txt"};
+  for (int day = GetParam().archives; day > GetParam().archives - GetParam().left; --day) {
+    expected.insert("Studio-anna-Mail-" + std::to_string(day * 7 % 97) + ".qvb");
+  }
+  EXPECT_EQ(backupsIn(folder), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Destinations, PruneTest,
+                         testing::Values(PruneCase{"None", 0, 3, 0}, PruneCase{"Limit", 3, 3, 3},
+                                         PruneCase{"OneMore", 4, 3, 3}, PruneCase{"Many", 40, 2, 2}),
+                         [](const auto& test) { return test.param.name; });
+
+// A foreign file whose name holds the pattern is one of the kind; a name with a blank is cut and stays.
+TEST(Rotation, CountsByNameAndCannotRemoveNamesWithBlanks) {
+  const ScratchFolder folder;
+  makeArchive(folder, "Studio-anna-Mail-old copy.qvb", 1);
+  makeArchive(folder, "not a Studio-anna-Mail-.txt", 2);
+  makeArchive(folder, "Studio-anna-Mail-3.qvb", 3);
+  makeArchive(folder, "Studio-anna-Mail-4.qvb", 4);
+  runRotation(folder, 1);
+  EXPECT_EQ(backupsIn(folder).size(), 4U);
 }
 
 }  // namespace
