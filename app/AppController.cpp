@@ -105,13 +105,14 @@ bool AppController::generateShellScript(const BackupConfiguration& configuration
                                                                 supportFolder_);
 }
 
-// One that cannot be written is missing from its archive; an older one must not stand in for it.
+// One that cannot be written is missing from its archive; an older one of ours must not stand in for it. In a
+// client's own folder nothing is removed.
 void AppController::writeManifests() {
   for (const auto& manifest : record_.manifests) {
     std::string problem;
     if (ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest), problem)) continue;
     log(problem);
-    removeFile(manifest.path);
+    if (manifest.path.starts_with(supportFolder_)) removeFile(manifest.path);
   }
 }
 

@@ -258,5 +258,17 @@ TEST_F(StagingTest, CancelAnnouncesTheEndTwice) {
   EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
 }
 
+// The record holds the staging folder as the shell would be given it.
+TEST_F(StagingTest, TheStagingFolderIsFoundBehindItsEscapes) {
+  const std::string disk = home.path() + "/Backup Disk";
+  const std::string escaped = home.path() + "/Backup\\ Disk";
+  for (const auto& folder : {disk + "/.QVB_Backup/Mail", escaped}) makeFolders(folder);
+  lists.files["Config.plist"]["Destination"] = {escaped};
+  start();
+  runLoop.endOfOutput();
+  EXPECT_TRUE(isFolder(disk));
+  EXPECT_FALSE(fileExists(disk + "/.QVB_Backup"));
+}
+
 }  // namespace
 }  // namespace corvane

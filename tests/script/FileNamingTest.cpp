@@ -1,12 +1,36 @@
 #include "script/FileNaming.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <array>
 
+#include "process/RunTool.h"
+#include "process/ScriptInterpreter.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/ScriptFixtures.h"
 
 namespace corvane {
 namespace {
+
+// What the shell makes of `name`, as the recipes write it.
+std::string evaluated(const std::string& name) {
+  const ScratchFolder folder;
+  const auto script = folder.writeScript("name.sh", "printf %s \"" + name + "\"\n");
+  return runTool(commandForScript({script}, "")).output;
+}
+
+TEST(FileNaming, TheShellFillsInTheDate) {
+  EXPECT_THAT(evaluated("Mail-" + getDateAndTimeString("YYYY/MM/DD - Numerical Month") + ".qvb"),
+              testing::MatchesRegex("Mail-20[0-9]{2}[01][0-9][0-3][0-9]-[0-2][0-9][0-5][0-9]\\.qvb"));
+  EXPECT_THAT(evaluated(getDateString("DD/MM/YYYY")), testing::MatchesRegex("[0-3][0-9][^ -]+20[0-9]{2}"));
+}
+
+// Names reach the shell as they are: it is the user's own shell, and this is how dates get in too.
+TEST(FileNaming, QuotesAndCommandsInNamesAreTheShells) {
+  Facts facts;
+  facts.localizedComputerName = "a\"b\"`printf c`$((1+1))";
+  facts.userName = "$USER_WITHOUT_VALUE'd'";
+  EXPECT_EQ(evaluated(composeFilename("(Machine Name)-(Username)", "", facts)), "abc2-'d'");
+}
 
 TEST(FileNaming, DateFormats) {
   const std::array<const char*, 3> rows[] = {

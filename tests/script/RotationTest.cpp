@@ -111,6 +111,21 @@ INSTANTIATE_TEST_SUITE_P(Destinations, PruneTest,
                                          PruneCase{"OneMore", 4, 3, 3}, PruneCase{"Many", 40, 2, 2}),
                          [](const auto& test) { return test.param.name; });
 
+// Whatever holds the pattern is one of the kind; a folder is counted, and stays.
+TEST(Rotation, TakesForeignFilesOfThatNameForArchives) {
+  const ScratchFolder folder;
+  makeArchive(folder, "my-Studio-anna-Mail-notes.txt", 1);
+  makeArchive(folder, "Studio-anna-Mail-2.qvb", 2);
+  makeArchive(folder, "Studio-anna-Mail-3.qvb", 3);
+  runRotation(folder, 2);
+  EXPECT_EQ(backupsIn(folder), (std::set<std::string>{"Studio-anna-Mail-2.qvb", "Studio-anna-Mail-3.qvb"}));
+  folder.makeFolder("backups/Studio-anna-Mail-folder");
+  const timeval old[2] = {{0, 0}, {0, 0}};
+  ASSERT_EQ(::utimes(folder.path("backups/Studio-anna-Mail-folder").c_str(), old), 0);
+  runRotation(folder, 1);
+  EXPECT_EQ(backupsIn(folder).size(), 3U);
+}
+
 // A foreign file whose name holds the pattern is one of the kind; a name with a blank is cut and stays.
 TEST(Rotation, CountsByNameAndCannotRemoveNamesWithBlanks) {
   const ScratchFolder folder;

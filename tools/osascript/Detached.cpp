@@ -63,7 +63,9 @@ std::string startDetached(Application application) {
   auto& command = application.command;
   // Meant for the shell that runs the script; an application's own scripts are written for the usual
   // settings.
-  std::erase_if(command.environment, [](const std::string& entry) { return entry.starts_with("BASHOPTS="); });
+  for (const char* name : {"BASHOPTS=", "QUOTING_STYLE=", "TIME_STYLE="}) {
+    std::erase_if(command.environment, [&](const std::string& entry) { return entry.starts_with(name); });
+  }
   const Settings settings(workingFolder(application));
   const auto arguments = pointersTo(command.arguments);
   const auto environment = pointersTo(command.environment);

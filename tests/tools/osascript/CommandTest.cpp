@@ -150,6 +150,7 @@ sleep 30 & wait
 TEST_F(ActivateTest, StartsAProgramThatOutlivesTheCommand) {
   scratch_.writeScript("bin/corvane-agent-" + lowerCase(own_), kAgent);
   set("BASHOPTS", "xpg_echo");
+  set("TIME_STYLE", "+%m");
   const auto result = tell(agent_, "activate");  // returns once nobody holds its output any more
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "");
@@ -160,7 +161,8 @@ TEST_F(ActivateTest, StartsAProgramThatOutlivesTheCommand) {
     EXPECT_GT(::readlink(("/proc/" + std::to_string(pid_) + stream).c_str(), target, sizeof target - 1), 0);
     EXPECT_STREQ(target, "/dev/null");
   }
-  EXPECT_THAT(systemFile(pid_, "environ"), AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS="))));
+  EXPECT_THAT(systemFile(pid_, "environ"),
+              AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE="))));
 }
 
 TEST_F(ActivateTest, StartsADesktopEntryInItsFolder) {
