@@ -51,6 +51,7 @@ TEST_F(HeadlessRunTest, ArchivesAppleMail) {
   ASSERT_EQ(runTool({"/usr/bin/unzip", "-q", archive, "-d", out}).status, 0);
   ASSERT_EQ(runTool({"/usr/bin/unzip", "-q", out + "/Mail/Mail.zip", "-d", out + "/Data"}).status, 0);
   EXPECT_EQ(runTool({"/usr/bin/diff", "-r", engine.library() + "/Mail", out + "/Data"}).output, "");
+  EXPECT_EQ(runTool({"/usr/bin/plistutil", "-i", out + "/Contents.plist"}).status, 0);
   EXPECT_THAT(
       readTestFile(out + "/Contents.plist"),
       AllOf(HasSubstr("<?xml"), HasSubstr("<string>Apple Mail</string>"), HasSubstr("<key>Language</key>")));
