@@ -1,5 +1,6 @@
 #include "app/AppController.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -132,14 +133,14 @@ void AppController::updateDisplayWithStatus(const std::string& status) {
 // What one read returned may go on after the line that asks for Mail, up to the verdict: that is looked at by
 // itself, so that a slow reader does not take a good backup for a failed one.
 void AppController::appendOutput(const std::string& output) {
-  const auto marker = output.find(kLaunchMail);
-  const auto end = marker == std::string::npos ? marker : output.find('\n', marker);
-  if (end == std::string::npos || end + 1 == output.size()) {
-    appendChunk(output);
-  } else {
-    appendChunk(output.substr(0, end + 1));
-    appendOutput(output.substr(end + 1));
+  std::size_t start = 0;
+  for (auto marker = output.find(kLaunchMail); marker != std::string::npos;
+       marker = output.find(kLaunchMail, start)) {
+    const auto end = std::min(output.find('\n', marker), output.size() - 1) + 1;
+    appendChunk(output.substr(start, end - start));
+    start = end;
   }
+  if (start < output.size()) appendChunk(output.substr(start));
 }
 
 void AppController::appendChunk(const std::string& output) {

@@ -162,6 +162,15 @@ INSTANTIATE_TEST_SUITE_P(
                    false}),
     [](const auto& test) { return test.param.name; });
 
+// A folder that is not empty stands where the script is to be written.
+TEST_F(AppControllerTest, AScriptThatCannotBeWrittenIsNotStarted) {
+  makeFolders(scriptPath() + "/in the way");
+  start();
+  EXPECT_THAT(eventsSince(), testing::IsSupersetOf({std::string(kPost), std::string("show failure"),
+                                                    std::string("headline Backup had errors")}));
+  EXPECT_THAT(log(), HasSubstr("cannot write " + scriptPath()));
+}
+
 struct RefusalCase {
   const char* name;
   std::optional<PropertyListDictionary> preferences;
