@@ -17,6 +17,7 @@ struct CocoaRun;
   IBOutlet NSProgressIndicator* overallProgress;
   IBOutlet NSTextField* modeTextField;
   IBOutlet NSTextField* backupNowStatus;
+  IBOutlet NSTextField* failureHint;
   IBOutlet NSButton* openLogButton;
   IBOutlet NSButton* cancelBackupButton;
 

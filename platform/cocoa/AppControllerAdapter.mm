@@ -38,8 +38,9 @@ struct CocoaRun {
 - (void)awakeFromNib {
   if (run_) return;  // some loaders wake the owner of a file more than once
   [NSApp setDelegate:self];
-  run_ = std::make_unique<corvane::CocoaRun>(corvane::ProgressViews{
-      backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus, openLogButton});
+  run_ = std::make_unique<corvane::CocoaRun>(
+      corvane::ProgressViews{backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus,
+                             failureHint, openLogButton});
   run_->controller.awakeFromNib();
 }
 

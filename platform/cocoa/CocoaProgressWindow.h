@@ -19,6 +19,7 @@ struct ProgressViews {
   NSProgressIndicator* overallProgress;
   NSTextField* modeTextField;
   NSTextField* backupNowStatus;
+  NSTextField* failureHint;
   NSButton* openLogButton;
 };
 

@@ -96,6 +96,7 @@ void CocoaProgressWindow::showFailure() {
   [views_.backupProgress setHidden:YES];
   [views_.overallProgress setHidden:YES];
   [views_.backupNowStatus setHidden:YES];
+  [views_.failureHint setHidden:NO];
   [views_.openLogButton setHidden:NO];
 }
 

@@ -43,13 +43,13 @@ Pixel XScreen::pixel(int x, int y) const {
   return colourOf(image.get(), 0, 0);
 }
 
-bool XScreen::save(const std::string& path) const {
+bool XScreen::save(const std::string& name) const {
   const int width = DisplayWidth(display_.get(), 0);
   const int height = DisplayHeight(display_.get(), 0);
   const Image image(XGetImage(display_.get(), DefaultRootWindow(display_.get()), 0, 0,
                               static_cast<unsigned>(width), static_cast<unsigned>(height), AllPlanes,
                               ZPixmap));
-  std::ofstream file(path, std::ios::binary);
+  std::ofstream file(SCREENSHOTS "/" + name + ".ppm", std::ios::binary);
   file << "P6 " << width << ' ' << height << " 255\n";
   for (int at = 0; at < width * height; ++at) {
     const auto [red, green, blue] = colourOf(image.get(), at % width, at / width);
@@ -65,6 +65,13 @@ void XScreen::moveMouse(int x, int y) {
 
 void XScreen::pressMouse(bool down) {
   XTestFakeButtonEvent(display_.get(), 1, down ? True : False, CurrentTime);
+  XSync(display_.get(), False);
+}
+
+void XScreen::type(unsigned long key) {
+  const unsigned code = XKeysymToKeycode(display_.get(), key);
+  XTestFakeKeyEvent(display_.get(), code, True, CurrentTime);
+  XTestFakeKeyEvent(display_.get(), code, False, CurrentTime);
   XSync(display_.get(), False);
 }
 

@@ -27,11 +27,14 @@ class XScreen {
   /// Gives the empty screen a colour, where no compositor paints it.
   void paintBackground(Pixel colour);
   [[nodiscard]] Pixel pixel(int x, int y) const;
-  /// Writes the whole screen as a portable pixmap. False when the file cannot be written.
-  [[nodiscard]] bool save(const std::string& path) const;
+  /// Writes the whole screen as a portable pixmap of that name into the build's folder of screenshots, for
+  /// people to look at. False when the file cannot be written.
+  [[nodiscard]] bool save(const std::string& name) const;
 
   void moveMouse(int x, int y);
   void pressMouse(bool down);
+  /// Presses and releases a key, by its number among X's key symbols.
+  void type(unsigned long key);
 
   /// The X window that gets the keys.
   [[nodiscard]] unsigned long focus() const;

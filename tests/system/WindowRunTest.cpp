@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <X11/keysym.h>
 #include <fcntl.h>
 #include <unistd.h>
 #include <csignal>
@@ -61,10 +62,24 @@ class WindowRunTest : public testing::Test {
   EngineRun engine;
 };
 
-TEST_F(WindowRunTest, ASuccessfulRunEndsByItself) {
+// Between the border of its body and its view nothing is drawn but the window's own grey.
+constexpr int kBodyX = 34;
+constexpr int kBodyY = 88;
+constexpr int kEmpty = 128;  // the grey of a screen as the compositor paints it
+
+TEST_F(WindowRunTest, ASuccessfulRunFadesOutByItself) {
+  ASSERT_TRUE(display.startCompositor());
   engine.configureMail();
   engine.start(display.name());
+  ASSERT_TRUE(waitFor([&] { return screen.pixel(kBodyX, kBodyY).red > 220; }, 20s));
+  EXPECT_TRUE(screen.save("running"));
+  const auto fading = [&] {
+    const int grey = screen.pixel(kBodyX, kBodyY).red;
+    return grey < 200 && grey > kEmpty + 10;
+  };
+  EXPECT_TRUE(waitFor(fading, 20s));
   EXPECT_EQ(engine.exitStatus(), 0);
+  EXPECT_EQ(screen.pixel(kBodyX, kBodyY).red, kEmpty);
   EXPECT_THAT(engine.log(), HasSubstr(": Backup completed successfully.\n"));
   EXPECT_EQ(engine.output(), "");
 }
@@ -99,7 +114,9 @@ class FailedRunTest : public WindowRunTest {
 };
 
 TEST_F(FailedRunTest, CancelLeavesIt) {
+  ASSERT_TRUE(display.startCompositor());
   failAndWait();
+  EXPECT_TRUE(screen.save("had-errors"));
   EXPECT_TRUE(pressUntilLogged(kCancel, "] Cleaning up after Cancelled Backup\n"));
   EXPECT_EQ(engine.exitStatus(), 1);
 }
@@ -111,11 +128,19 @@ TEST_F(FailedRunTest, OpenLogLeavesIt) {
   EXPECT_THAT(engine.log(), Not(HasSubstr("User: Cancelling Backup")));
 }
 
-TEST_F(WindowRunTest, AMissingDestinationWaitsForItsUser) {
+TEST_F(WindowRunTest, AMissingDestinationWaitsForEscape) {
   engine.start(display.name());
   ASSERT_TRUE(engine.logs("] Checking backup destination...\n"));
   ASSERT_FALSE(engine.exitStatus(1s));
-  EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
+  EXPECT_TRUE(screen.save("failed"));
+  constexpr Button body{kBodyX, kBodyY};
+  press(body);  // until then the keys go to the user's application
+  EXPECT_TRUE(waitFor(
+      [this] {
+        screen.type(XK_Escape);
+        return engine.logs("] User: Cancelling Backup\n", 1s);
+      },
+      20s));
   EXPECT_EQ(engine.exitStatus(), 1);
 }
 

@@ -310,7 +310,7 @@ TEST_P(PLAttachedWindowLooks, GradientInARoundedBorder) {
     for (const int y : {82, 165}) expectOutside(x, y);
   }
   expectOutside(55, 120);
-  EXPECT_TRUE(screen().save(GetParam() ? "window-blended.ppm" : "window-cut.ppm"));
+  EXPECT_TRUE(screen().save(GetParam() ? "window-blended" : "window-cut"));
 }
 
 TEST_P(PLAttachedWindowLooks, AccentLineAtTheBottomWithoutABorder) {
@@ -325,7 +325,7 @@ TEST_P(PLAttachedWindowLooks, ArrowReachesThePointWhileItIsOn) {
   expectGrey(54, 100, filled(100));
   expectOutside(41, 104);
   expectColour(200, 82, 219, 225, 235);
-  EXPECT_TRUE(screen().save(GetParam() ? "arrow-blended.ppm" : "arrow-cut.ppm"));
+  EXPECT_TRUE(screen().save(GetParam() ? "arrow-blended" : "arrow-cut"));
   [window setHasArrow:0];
   expectOutside(54, 100);
 }
