@@ -5,8 +5,9 @@
 
 namespace corvane {
 
-/// Posts a distributed notification with no object and no user information, to be delivered at once. A
-/// failure is logged.
+/// Posts a distributed notification with no object and no user information, to be delivered at once. Takes
+/// five seconds at most, in all calls together: a daemon that does not answer must not hold the end of a run
+/// up. A failure is logged.
 void postDistributedNotification(const std::string& name);
 
 }  // namespace corvane

@@ -1,0 +1,84 @@
+#import "platform/cocoa/CompletionNotification.h"
+
+#import <Foundation/Foundation.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#import "platform/cocoa/Guard.h"
+#import "platform/cocoa/Strings.h"
+#include "process/Log.h"
+
+namespace corvane {
+namespace {
+
+using namespace std::chrono_literals;
+constexpr auto kPatience = 5s;
+
+void post(const std::string& name) {
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  NSException* raised = guarded([&] {
+    [[NSDistributedNotificationCenter defaultCenter] postNotificationName:toNSString(name)
+                                                                   object:nil
+                                                                 userInfo:nil
+                                                       deliverImmediately:YES];
+  });
+  if (raised != nil) log("cannot post " + name + ": " + toUtf8([raised reason]));
+  [pool release];
+}
+
+/// A thread of its own talks to the notification daemon, which may be stopped and then never answers. It and
+/// what it shares with the poster are left to themselves when that happens.
+class Poster {
+ public:
+  void postSoon(const std::string& name) {
+    std::unique_lock lock(shared_->mutex);
+    if (shared_->pending) return;  // the daemon still owes an answer: it is not waited for again
+    shared_->pending = true;
+    shared_->name = name;
+    if (!std::exchange(isStarted_, true)) std::thread(serve, shared_).detach();
+    shared_->changed.notify_all();
+    if (!shared_->changed.wait_for(lock, kPatience, [this] { return !shared_->pending; })) {
+      log("cannot post " + name + ": the notification daemon does not answer");
+    }
+  }
+
+ private:
+  struct Shared {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::string name;
+    bool pending = false;
+  };
+
+  // All on one thread: the connection to the daemon belongs to the thread that made it.
+  static void serve(std::shared_ptr<Shared> shared) {
+    GSRegisterCurrentThread();
+    for (;;) {
+      std::unique_lock lock(shared->mutex);
+      shared->changed.wait(lock, [&] { return shared->pending; });
+      const std::string name = shared->name;
+      lock.unlock();
+      post(name);
+      lock.lock();
+      shared->pending = false;
+      shared->changed.notify_all();
+    }
+  }
+
+  const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
+  bool isStarted_ = false;
+};
+
+}  // namespace
+
+void postDistributedNotification(const std::string& name) {
+  static Poster poster;
+  poster.postSoon(name);
+}
+
+}  // namespace corvane
