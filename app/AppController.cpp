@@ -20,6 +20,7 @@ namespace {
 constexpr const char* kScriptName = ".corvane.sh";
 constexpr const char* kCompletion = "com.quillon.Corvane.executionComplete";
 constexpr const char* kSuccess = "Backup completed successfully";
+constexpr int kAlreadyRunning = 11;  // exit status
 constexpr const char* kLaunchMail = "----Launch Apple Mail----";
 constexpr double kFadeInterval = 0.05;  // seconds
 constexpr double kFadeStep = 0.1;
@@ -46,10 +47,23 @@ AppController::~AppController() { backupTask_.reset(); }
 void AppController::awakeFromNib() {
   reopenStandardError(logPath_);
   record_.mailTempFolder.clear();
+  if (!isOnlyRun()) {
+    ports_.workspace.terminate(kAlreadyRunning);
+    return;
+  }
   runBackupNow();
 }
 
 bool AppController::loadPreferences() {
+// A lock that cannot be had for another reason than another run is no reason to do without a backup.
+bool AppController::isOnlyRun() {
+  std::string problem;
+  const auto outcome = onlyRun_.acquire(supportFolder_ + ".corvane.lock", problem);
+  if (outcome == FileLock::Outcome::failed) log(problem);
+  if (outcome == FileLock::Outcome::heldByAnother) log("A backup is already running.");
+  return outcome != FileLock::Outcome::heldByAnother;
+}
+
   const auto preferences = readPreferences(ports_.propertyLists, facts_.libraryFolder);
   if (!preferences) {
     log("Unable to read preferences file");
@@ -132,7 +146,8 @@ void AppController::updateDisplayWithStatus(const std::string& status) {
 
 // What one read returned may go on after the line that asks for Mail, up to the verdict: that is looked at by
 // itself, so that a slow reader does not take a good backup for a failed one.
-void AppController::appendOutput(const std::string& output) {
+void AppController::appendOutput(const std::string& raw) {
+  const std::string output = controlFilter_.filter(raw);
   std::size_t start = 0;
   for (auto marker = output.find(kLaunchMail); marker != std::string::npos;
        marker = output.find(kLaunchMail, start)) {

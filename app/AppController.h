@@ -14,6 +14,8 @@
 #include "app/PropertyLists.h"
 #include "app/Volumes.h"
 #include "app/Workspace.h"
+#include "process/ControlFilter.h"
+#include "process/FileLock.h"
 #include "process/RunLoop.h"
 #include "process/TaskWrapper.h"
 #include "script/Client.h"
@@ -41,8 +43,9 @@ class AppController : private TaskController, private ScriptHost {
   AppController(const AppController&) = delete;
   AppController& operator=(const AppController&) = delete;
 
-  /// Entry point, called once: sends standard error to the log file and starts the run. When it returns the
-  /// run waits for output, for its user, or for the program to end.
+  /// Entry point, called once: sends standard error to the log file and starts the run, unless one is going
+  /// on already; then the program ends with status 11. When it returns the run waits for output, for its
+  /// user, or for the program to end.
   void awakeFromNib();
 
   /// The cancel button: ends the script with all that it started, cleans up, and fades out.
@@ -52,6 +55,7 @@ class AppController : private TaskController, private ScriptHost {
   void displayLogWindow();
 
  private:
+  [[nodiscard]] bool isOnlyRun();
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
@@ -86,5 +90,7 @@ class AppController : private TaskController, private ScriptHost {
   std::unique_ptr<TaskWrapper> backupTask_;
   std::unique_ptr<RunLoop::Source> timer_;  // of the fade
 };
+  FileLock onlyRun_;
+  ControlFilter controlFilter_;
 
 }  // namespace corvane

@@ -12,6 +12,7 @@
 #include <cstdio>
 
 #include "process/Files.h"
+#include "process/ControlFilter.h"
 
 namespace corvane {
 namespace {
@@ -43,7 +44,7 @@ void writeAll(int descriptor, std::string_view bytes) {
 
 void log(std::string_view text) {
   std::string line = stamp();
-  line += text;
+  line += withoutControls(text);
   if (line.back() != '\n') line += '\n';
   writeAll(STDERR_FILENO, line);
 }

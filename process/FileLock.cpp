@@ -1,0 +1,27 @@
+#include "process/FileLock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+#include <cerrno>
+
+#include "process/Files.h"
+
+namespace corvane {
+
+FileLock::~FileLock() {
+  if (file_ >= 0) ::close(file_);
+}
+
+FileLock::Outcome FileLock::acquire(const std::string& path, std::string& problem) {
+  makeFolders(path.substr(0, path.find_last_of('/')));
+  // Non-blocking, so that a named pipe of that name is refused and not waited for.
+  constexpr int kFlags = O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+  file_ = ::open(path.c_str(), kFlags, 0600);
+  if (file_ >= 0 && ::flock(file_, LOCK_EX | LOCK_NB) == 0) return Outcome::acquired;
+  const bool held = file_ >= 0 && errno == EWOULDBLOCK;
+  if (!held) problem = errnoSentence("lock", path);
+  return held ? Outcome::heldByAnother : Outcome::failed;
+}
+
+}  // namespace corvane
