@@ -6,6 +6,7 @@
 
 #include "app/DestinationCheck.h"
 #include "app/DockPosition.h"
+#include "app/Leftovers.h"
 #include "app/ManifestFile.h"
 #include "process/Files.h"
 #include "process/Log.h"
@@ -19,8 +20,8 @@ namespace {
 
 constexpr const char* kScriptName = ".corvane.sh";
 constexpr const char* kCompletion = "com.quillon.Corvane.executionComplete";
-constexpr const char* kSuccess = "Backup completed successfully";
 constexpr int kAlreadyRunning = 11;  // exit status
+constexpr const char* kSuccess = "Backup completed successfully";
 constexpr const char* kLaunchMail = "----Launch Apple Mail----";
 constexpr double kFadeInterval = 0.05;  // seconds
 constexpr double kFadeStep = 0.1;
@@ -46,15 +47,14 @@ AppController::~AppController() { backupTask_.reset(); }
 
 void AppController::awakeFromNib() {
   reopenStandardError(logPath_);
-  record_.mailTempFolder.clear();
   if (!isOnlyRun()) {
     ports_.workspace.terminate(kAlreadyRunning);
     return;
   }
+  record_.mailTempFolder.clear();
   runBackupNow();
 }
 
-bool AppController::loadPreferences() {
 // A lock that cannot be had for another reason than another run is no reason to do without a backup.
 bool AppController::isOnlyRun() {
   std::string problem;
@@ -64,6 +64,7 @@ bool AppController::isOnlyRun() {
   return outcome != FileLock::Outcome::heldByAnother;
 }
 
+bool AppController::loadPreferences() {
   const auto preferences = readPreferences(ports_.propertyLists, facts_.libraryFolder);
   if (!preferences) {
     log("Unable to read preferences file");
@@ -90,19 +91,30 @@ void AppController::runBackupNow() {
   const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
   if (!isDestinationAvailable(configuration, record_, showStatus)) {
-    ports_.display.setHeadline("Backup Failed");
-    ports_.window.awaitDismissal([this] { startFadeTimer(); });
+    failBeforeStart();
     return;
   }
   log("Configuring Backup...");
-  const bool generated = generateShellScript(configuration);
+  assembleScript(configuration);
+  if (!clearLeftovers(workNames(record_, configuration.script.destination, supportFolder_))) {
+    failBeforeStart();
+    return;
+  }
+  const bool written = writeScript();
   log("Backup Starting...");
   ports_.display.setHeadline("Backup in Progress...");
-  if (generated) {
+  if (written) {
     executeShellScriptAtPath(scriptPath_);
   } else {
     processFinished();  // one that a killed run left must not be taken for this run's
   }
+}
+
+// The window stays until its user has seen it.
+void AppController::failBeforeStart() {
+  record_.tempFolderStore.reset();  // whatever stands there is not this run's
+  ports_.display.setHeadline("Backup Failed");
+  ports_.window.awaitDismissal([this] { startFadeTimer(); });
 }
 
 void AppController::openWindow() {
@@ -112,9 +124,12 @@ void AppController::openWindow() {
   ports_.window.open(windowPoint(dock));
 }
 
-bool AppController::generateShellScript(const BackupConfiguration& configuration) {
+void AppController::assembleScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
   ports_.steps.setStepMaximum(record_.progressMaximum);
+}
+
+bool AppController::writeScript() {
   writeManifests();
   return QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
                                                                 supportFolder_);

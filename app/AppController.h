@@ -59,7 +59,9 @@ class AppController : private TaskController, private ScriptHost {
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
-  [[nodiscard]] bool generateShellScript(const BackupConfiguration& configuration);
+  void assembleScript(const BackupConfiguration& configuration);
+  void failBeforeStart();
+  [[nodiscard]] bool writeScript();
   void writeManifests();
   void executeShellScriptAtPath(const std::string& path);
   void appendChunk(const std::string& output);
@@ -86,11 +88,11 @@ class AppController : private TaskController, private ScriptHost {
   Ports ports_;
   RunRecord record_;
   ProgressMonitor monitor_;
+  FileLock onlyRun_;
+  ControlFilter controlFilter_;
   bool succeeded_ = false;
   std::unique_ptr<TaskWrapper> backupTask_;
   std::unique_ptr<RunLoop::Source> timer_;  // of the fade
 };
-  FileLock onlyRun_;
-  ControlFilter controlFilter_;
 
 }  // namespace corvane

@@ -69,16 +69,28 @@ bool isFolder(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool folderHasEntries(const std::string& path) {
+std::vector<std::string> entryNames(const std::string& path) {
+  std::vector<std::string> names;
   DIR* folder = ::opendir(path.c_str());
-  if (!folder) return false;
-  bool found = false;
-  while (const dirent* entry = found ? nullptr : ::readdir(folder)) {
+  if (!folder) return names;
+  while (const dirent* entry = ::readdir(folder)) {
     const std::string_view name = entry->d_name;
-    found = name != "." && name != "..";
+    if (name != "." && name != "..") names.emplace_back(name);
   }
   ::closedir(folder);
-  return found;
+  return names;
+}
+
+bool folderHasEntries(const std::string& path) { return !entryNames(path).empty(); }
+
+Entry entryAt(const std::string& path) {
+  struct stat status {};
+  if (::lstat(path.c_str(), &status) != 0) return {};
+  Entry entry{EntryKind::other, status.st_uid == ::geteuid()};
+  if (S_ISREG(status.st_mode)) entry.kind = EntryKind::file;
+  if (S_ISDIR(status.st_mode)) entry.kind = EntryKind::folder;
+  if (S_ISLNK(status.st_mode)) entry.kind = EntryKind::link;
+  return entry;
 }
 
 std::optional<std::string> readFile(const std::string& path, std::size_t limit, std::string& problem) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace corvane {
 
@@ -15,6 +16,18 @@ namespace corvane {
 
 /// True when `path` is a folder that lists at least one entry.
 [[nodiscard]] bool folderHasEntries(const std::string& path);
+
+/// The names of what is in a folder, hidden entries too, in no order; none when it cannot be listed.
+[[nodiscard]] std::vector<std::string> entryNames(const std::string& folder);
+
+enum class EntryKind { none, file, folder, link, other };
+
+/// What a path names itself; a link is not followed.
+struct Entry {
+  EntryKind kind = EntryKind::none;  ///< none, too, when it cannot be found out
+  bool isOurs = false;               ///< belongs to the user as whom this program runs
+};
+[[nodiscard]] Entry entryAt(const std::string& path);
 
 /// The bytes of a regular file of at most `limit` bytes. Nothing, and the cause, when it is missing, not a
 /// regular file (a pipe would be waited for), larger, or cannot be read.

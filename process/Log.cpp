@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/stat.h>
 #include <sys/time.h>
 #include <unistd.h>
 #include <cerrno>
@@ -11,8 +12,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "process/Files.h"
 #include "process/ControlFilter.h"
+#include "process/Files.h"
 
 namespace corvane {
 namespace {
@@ -54,6 +55,9 @@ bool reopenStandardError(const std::string& path) {
   // Non-blocking, so that a named pipe without a reader is refused and not waited for.
   const int file = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600);
   if (file < 0) return false;
+  // One that an earlier version left open to others; never a device that the name leads to.
+  struct stat status {};
+  if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode)) ::fchmod(file, 0600);
   const bool reopened = ::dup2(file, STDERR_FILENO) >= 0;
   if (file != STDERR_FILENO) ::close(file);
   return reopened;

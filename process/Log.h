@@ -12,8 +12,9 @@ namespace corvane {
 /// stop a backup.
 void log(std::string_view text);
 
-/// Appends standard error to the file at `path` from now on, making its folder and itself (for the owner
-/// only) when missing. Returns false, and leaves standard error as it was, when the file cannot be opened.
+/// Appends standard error to the file at `path` from now on, making its folder and itself when missing;
+/// the file is for its owner only. Returns false, and leaves standard error as it was, when the file cannot
+/// be opened.
 bool reopenStandardError(const std::string& path);
 
 }  // namespace corvane

@@ -26,7 +26,7 @@ void requestManifest(const RecipeContext& context, const std::string& folder, st
 std::string supportFolder(const Facts& facts) { return facts.appSupportFolder + "/Quillon/Corvane"; }
 
 void noteStagingFolder(RunRecord& record, const std::string& base) {
-  record.emailTempDirectoryPath = base + "/.QVB_Backup";
+  record.emailTempDirectoryPath = base + "/" + std::string(kStagingName);
   record.tempFolderStore = record.emailTempDirectoryPath;
 }
 

@@ -12,6 +12,11 @@
 
 namespace corvane {
 
+/// What a run makes beside its archives and takes away again: the folder in which data is collected, and the
+/// archive until it has its final name.
+inline constexpr std::string_view kStagingName = ".QVB_Backup";
+inline constexpr std::string_view kArchiveInProgress = "corvane.qvb";
+
 /// The folder in which the archive is built: /tmp for a server destination, else the destination.
 [[nodiscard]] std::string baseFolder(const RunRecord& record, const std::string& destination);
 

@@ -34,7 +34,8 @@ struct RunRecord {
   std::string shellScript;
   std::string currentFilename;  ///< name of the client's archive, its date still a shell command
   std::string microsoftSourceFolder;
-  double progressMaximum = 100.0;  ///< of the step bar; 100 is what a bar starts with
+  std::vector<std::string> copiedArchives;  ///< names of archives that are built in /tmp for the server
+  double progressMaximum = 100.0;           ///< of the step bar; 100 is what a bar starts with
 
   // Written by the recipes.
   std::string finalFileName;

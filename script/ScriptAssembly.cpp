@@ -52,6 +52,7 @@ void ScriptAssembly::assemble(const ScriptOptions& options) {
   rotationTag_.clear();
   record_.currentFilename.clear();
   record_.manifests.clear();
+  record_.copiedArchives.clear();
   record_.shellScript = kHeader;
   record_.language = options.language;
   for (const auto& displayName : options_.clients) addClient(displayName);
@@ -97,6 +98,7 @@ void ScriptAssembly::chooseIdentityFolder(const Client& client) {
 
 void ScriptAssembly::addServerCopy() {
   if (!record_.useAutomount) return;
+  record_.copiedArchives.push_back(record_.finalFileName);
   record_.shellScript +=
       fill(kServerCopy, {{"name", record_.finalFileName}, {"destination", options_.destination}});
 }

@@ -1,0 +1,33 @@
+// What a run that was killed left behind where this one is going to work.
+// Pure but for the file system and the log; thread: main.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "process/Files.h"
+#include "script/RunRecord.h"
+
+namespace corvane {
+
+/// Entries of `folder` that only runs make, and take away again.
+struct WorkName {
+  std::string folder;
+  std::string prefix;
+  std::optional<std::string> suffix;  ///< what may follow the prefix ends like this; nothing: nothing follows
+  EntryKind kind = EntryKind::file;
+  bool isUsed = true;  ///< this run will use the name, so that it must be free
+};
+
+/// The names at which the assembled script of `record` builds its archives, in the folder of `destination` or
+/// in /tmp, and those of half-written files of ours there and in `supportFolder`.
+[[nodiscard]] std::vector<WorkName> workNames(const RunRecord& record, const std::string& destination,
+                                              const std::string& supportFolder);
+
+/// Removes, and logs, what stands at these names, is of their kind, and belongs to this user. True when all
+/// names that are used are free afterwards; else false, and a log line says what is in the way: a link or
+/// something of another user's could lead the user's mail astray.
+[[nodiscard]] bool clearLeftovers(const std::vector<WorkName>& names);
+
+}  // namespace corvane
