@@ -8,10 +8,12 @@
 #include "app/DockPosition.h"
 #include "app/Leftovers.h"
 #include "app/ManifestFile.h"
+#include "app/MissingApplication.h"
 #include "process/Files.h"
 #include "process/Log.h"
 #include "process/QSShellScriptGenerator.h"
 #include "recipes/ClientTable.h"
+#include "schedule/QSCrontabModifier.h"
 #include "script/ShellQuoting.h"
 #include "script/Text.h"
 
@@ -89,6 +91,10 @@ void AppController::runBackupNow() {
   }
   openWindow();
   const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
+  if (isApplicationMissing(configuration.appLocation) && userWantsToUninstall()) {
+    completeUninstall();
+    return;
+  }
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
   if (!isDestinationAvailable(configuration, record_, showStatus)) {
     failBeforeStart();
@@ -122,6 +128,26 @@ void AppController::openWindow() {
   monitor_.forgetMailCheck();
   ports_.display.setHeadline("Readying Corvane...");
   ports_.window.open(windowPoint(dock));
+}
+
+bool AppController::userWantsToUninstall() {
+  const Alert alert = missingApplicationAlert();
+  log(alert.message);
+  const std::size_t answer = ports_.workspace.showAlert(alert);
+  log("Answer: " + alert.buttons[std::min<std::size_t>(answer, 1)]);
+  return answer == 0;
+}
+
+// The run ends here without an announcement, as if it had never been scheduled.
+void AppController::completeUninstall() {
+  QSCrontabModifier crontab(facts_.homeDirectory, [this](const std::string& message,
+                                                         const auto& information) {
+    static_cast<void>(ports_.workspace.showAlert({AlertStyle::informational, message, information, {"OK"}}));
+  });
+  crontab.setScriptName("BackupEngine.app");
+  crontab.removeCronJob();
+  ports_.workspace.moveToTrash(facts_.appSupportFolder + "/Quillon/Corvane");
+  ports_.workspace.terminate(EXIT_SUCCESS);
 }
 
 void AppController::assembleScript(const BackupConfiguration& configuration) {

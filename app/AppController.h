@@ -59,6 +59,8 @@ class AppController : private TaskController, private ScriptHost {
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
+  [[nodiscard]] bool userWantsToUninstall();
+  void completeUninstall();
   void assembleScript(const BackupConfiguration& configuration);
   void failBeforeStart();
   [[nodiscard]] bool writeScript();

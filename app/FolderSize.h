@@ -6,8 +6,14 @@
 
 namespace corvane {
 
-/// The number before the first tab of the tool's output, in its own units; 0 when no number stands there.
-/// Nothing when the output has no tab, as when the folder does not exist.
+/// The number before the first tab of what the tool has printed, in its own units; 0 when no number stands
+/// there. Nothing when there is no tab, as in its complaints in whatever language.
+[[nodiscard]] std::optional<float> folderSizeFrom(const std::string& output);
+
+/// `size` in per cent of `whole`; infinite, negative or no number at all when `whole` is not positive.
+[[nodiscard]] double percentageOf(float size, float whole);
+
+/// Measures the folder at `path`. Nothing when the tool gave no size, as when there is no such folder.
 [[nodiscard]] std::optional<float> measureFolder(const std::string& path);
 
 }  // namespace corvane

@@ -37,7 +37,7 @@ void ProgressMonitor::stopMailFolderCheckAtDestination() {
 // A size of 0 gives no finite percentage; the bar copes with that.
 void ProgressMonitor::updateTimerFired() {
   if (const auto size = measureFolder(record_.mailSizeTempFolder)) {
-    bar_.setPercentage(static_cast<double>(*size / mailFolderSize_ * 100.0F));
+    bar_.setPercentage(percentageOf(*size, mailFolderSize_));
   } else {
     stopMailFolderCheckAtDestination();
   }

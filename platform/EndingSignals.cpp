@@ -29,6 +29,8 @@ void handleWith(void (*handler)(int)) {
 
 }  // namespace
 
+void endAtOnceOnSignals() { handleWith(SIG_DFL); }
+
 EndingSignals::EndingSignals(RunLoop& runLoop, std::function<void()> end) {
   if (!pipe_.isOpen()) return;
   reader_ = runLoop.read(pipe_.readEnd, [end = std::move(end)](std::string_view) { end(); });
@@ -36,6 +38,6 @@ EndingSignals::EndingSignals(RunLoop& runLoop, std::function<void()> end) {
   handleWith(noteEndingSignal);
 }
 
-EndingSignals::~EndingSignals() { handleWith(SIG_DFL); }
+EndingSignals::~EndingSignals() { endAtOnceOnSignals(); }
 
 }  // namespace corvane

@@ -10,6 +10,10 @@
 
 namespace corvane {
 
+/// From now on TERM, INT and HUP end the program at once, whatever a library has installed: for the time
+/// before there is anything to clean up.
+void endAtOnceOnSignals();
+
 /// While it exists, TERM, INT and HUP call `end` on the run loop, outside of any signal handler: a window
 /// system that is asked to end the program inside one may wait for itself for ever.
 class EndingSignals {

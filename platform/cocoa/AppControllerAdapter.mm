@@ -41,6 +41,7 @@ struct CocoaRun {
   run_ = std::make_unique<corvane::CocoaRun>(
       corvane::ProgressViews{backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus,
                              failureHint, openLogButton});
+  corvane::endAtOnceOnSignals();  // it may begin with a question, which the window system would not end
   run_->controller.awakeFromNib();
 }
 

@@ -1,6 +1,7 @@
 #import "platform/cocoa/CocoaProgressWindow.h"
 
 #import "platform/cocoa/Strings.h"
+#import "platform/cocoa/WindowSystem.h"
 #import "ui/PLAttachedWindow.h"
 #include "ui/StatusLine.h"
 
@@ -73,10 +74,10 @@ void CocoaProgressWindow::open(ScreenPoint point) {
 
 void CocoaProgressWindow::startBars() {
   [views_.overallProgress setDisplayedWhenStopped:YES];
-  [views_.backupProgress setUsesThreadedAnimation:YES];
+  animateIndependently(views_.backupProgress);
   startActivity();
   [views_.backupProgress setHidden:NO];
-  [views_.overallProgress setUsesThreadedAnimation:YES];
+  animateIndependently(views_.overallProgress);
   [views_.overallProgress setMinValue:0.0];
   [views_.overallProgress setDoubleValue:0.0];
   [views_.overallProgress setHidden:NO];

@@ -15,6 +15,8 @@ class CocoaWorkspace : public Workspace {
   void launchApplication(const std::string& name) override;
   void openFile(const std::string& path, const std::string& application) override;
   void postNotification(const std::string& name) override;
+  [[nodiscard]] std::size_t showAlert(const Alert& alert) override;
+  void moveToTrash(const std::string& folder) override;
   void terminate(int status) override;
 
   /// What the program is to exit with; failure when the system ends it before the run has.

@@ -3,6 +3,7 @@
 #import <AppKit/AppKit.h>
 
 #include "platform/DesktopOpen.h"
+#include "platform/Trash.h"
 #import "platform/cocoa/CompletionNotification.h"
 #import "platform/cocoa/Strings.h"
 #include "process/Log.h"
@@ -20,6 +21,24 @@ void CocoaWorkspace::openFile(const std::string& path, const std::string& applic
 }
 
 void CocoaWorkspace::postNotification(const std::string& name) { postDistributedNotification(name); }
+
+// The program shows no icon to click on: the alert has to come to the front by itself.
+std::size_t CocoaWorkspace::showAlert(const Alert& alert) {
+  NSAlert* panel = [[NSAlert alloc] init];
+  [panel setAlertStyle:static_cast<NSAlertStyle>(alert.style)];
+  [panel setMessageText:toNSString(alert.message)];
+  [panel setInformativeText:toNSString(alert.information)];
+  for (const auto& title : alert.buttons) [panel addButtonWithTitle:toNSString(title)];
+  [NSApp activateIgnoringOtherApps:YES];
+  const NSInteger answer = [panel runModal];
+  [panel release];
+  return static_cast<std::size_t>(answer - NSAlertFirstButtonReturn);
+}
+
+void CocoaWorkspace::moveToTrash(const std::string& folder) {
+  std::string problem;
+  if (!corvane::moveToTrash(folder, problem)) log(problem);
+}
 
 // Not at once: while the interface file is being loaded the application cannot be ended yet, and the caller
 // has a callback to return from.

@@ -110,6 +110,9 @@ void prepareWindow(NSWindow* window) {
   declineKeyboard(window);
 }
 
+// A thread would only ask the main one to draw, which does not listen while an alert is up; a timer goes on.
+void animateIndependently(NSProgressIndicator* bar) { [bar setUsesThreadedAnimation:NO]; }
+
 void drawBacking(NSWindow* window, NSBezierPath* body) {
   if (hasCompositor(window)) return;
   [[NSColor windowBackgroundColor] set];

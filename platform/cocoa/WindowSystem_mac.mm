@@ -37,6 +37,8 @@ NSImage* emptyBackground(NSWindow* window) {
   return [[[NSImage alloc] initWithSize:[window frame].size] autorelease];
 }
 
+void animateIndependently(NSProgressIndicator* bar) { [bar setUsesThreadedAnimation:YES]; }
+
 // The system does all this by itself.
 void prepareWindow(NSWindow*) {}
 void drawBacking(NSWindow*, NSBezierPath*) {}

@@ -14,6 +14,16 @@ void HeadlessWorkspace::openFile(const std::string& path, const std::string& /*a
   log("Not opening " + path + ": there is no display");
 }
 
+// The second answer is the one that changes nothing.
+std::size_t HeadlessWorkspace::showAlert(const Alert& alert) {
+  log("Not asking: there is no display");
+  return alert.buttons.size() > 1 ? 1 : 0;
+}
+
+void HeadlessWorkspace::moveToTrash(const std::string& folder) {
+  log("Not moving " + folder + " to the Trash: there is no display");
+}
+
 void HeadlessWorkspace::terminate(int status) {
   if (!status_) status_ = status;
   runLoop_.stop();

@@ -20,6 +20,8 @@ class HeadlessWorkspace : public Workspace {
   void launchApplication(const std::string& name) override;
   void openFile(const std::string& path, const std::string& application) override;
   void postNotification(const std::string& name) override { announce_(name); }
+  [[nodiscard]] std::size_t showAlert(const Alert& alert) override;
+  void moveToTrash(const std::string& folder) override;
   void terminate(int status) override;
 
   /// What the program is to exit with; failure until the run has said otherwise.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "app/MissingApplication.h"
 #include "process/Files.h"
 #include "tests/support/RecordingPorts.h"
 #include "tests/support/ScratchFolder.h"
@@ -24,7 +25,7 @@ class AppControllerTest : public testing::Test {
  protected:
   AppControllerTest() : savedError_(::dup(STDERR_FILENO)) {
     lists.files["com.quillon.Corvane.plist"] = {{"currentConfiguration", {std::string("Daily")}}};
-    lists.files["Config.plist"] = {{"Destination", {home.path()}}};
+    lists.files["Config.plist"] = {{"Destination", {home.path()}}, {"App Location", {home.path()}}};
     makeFolders(support());
   }
   ~AppControllerTest() override {
@@ -203,7 +204,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
   lists.files["com.apple.dock.plist"] = {{"orientation", {std::string("left")}}};
-  lists.files.erase("Config.plist");
+  lists.files["Config.plist"].erase("Destination");
   start();
   EXPECT_THAT(eventsSince(),
               ElementsAre("headline Readying Corvane...", "open 40,100",
@@ -214,6 +215,29 @@ TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
   EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
   runLoop.fireUntilStopped();
   EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
+}
+
+TEST_F(AppControllerTest, AMissingApplicationIsAskedAboutBeforeTheDestination) {
+  lists.files["Config.plist"]["App Location"] = {home.path() + "/moved.app"};
+  start();
+  EXPECT_THAT(eventsSince(), ElementsAre("headline Readying Corvane...", "open 10,100",
+                                         "alert Missing Corvane?", "status Checking backup destination...",
+                                         "maximum 101", "headline Backup in Progress..."));
+  const Alert& alert = ports.alerts.at(0);
+  EXPECT_EQ(alert.style, AlertStyle::critical);
+  EXPECT_EQ(alert.information, R"(Corvane appears to have moved locations or has been uninstalled. )"
+                               R"(Would you like to complete the uninstallation or continue backup?
+
+If Corvane has been moved, stop this error by simply launching Corvane again from its new location.)");
+  EXPECT_THAT(alert.buttons, ElementsAre("Uninstall", "Continue Backup"));
+}
+
+TEST(MissingApplication, IsAtNeitherPlace) {
+  EXPECT_TRUE(isApplicationMissing(std::nullopt, "/no/such"));
+  EXPECT_TRUE(isApplicationMissing("", "/no/such"));
+  EXPECT_TRUE(isApplicationMissing("/no/other", "/no/such"));
+  EXPECT_FALSE(isApplicationMissing("/", "/no/such"));
+  EXPECT_FALSE(isApplicationMissing(std::nullopt, "/"));
 }
 
 // Apple Mail stages a copy, so there is something to clean up.

@@ -3,8 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <fstream>
+#include <limits>
 
+#include "app/FolderSize.h"
 #include "process/Files.h"
 #include "tests/support/RecordingPorts.h"
 #include "tests/support/ScratchFolder.h"
@@ -72,6 +75,27 @@ TEST_F(ProgressMonitorTest, AnUnmeasuredMailFolderGivesAnInfinitePercentage) {
   grow("/copy/something", 100);
   monitor.startMailFolderCheckAtDestination();
   EXPECT_TRUE(std::isinf(look()));
+}
+
+TEST(FolderSize, IsWhatStandsBeforeTheFirstTab) {
+  const std::pair<const char*, std::optional<float>> cases[] = {
+      {"1234\t/Mail\n", 1234.0F},
+      {" 16777217 \t/a\tb\n", 16777216.0F},  // as near as 24 bits come
+      {"-1\t/Mail\n", -1.0F},
+      {"du: \"/a\tb\": Permission non accordée\n12\t/\n", 0.0F},
+      {"informação\t1\n", 0.0F},
+      {"\t", 0.0F},
+      {"", std::nullopt},
+      {"du: Zugriff auf '/Mail' nicht möglich: Datei oder Verzeichnis nicht gefunden\n", std::nullopt}};
+  for (const auto& [output, size] : cases) EXPECT_EQ(folderSizeFrom(output), size) << output;
+}
+
+TEST(FolderSize, PercentageIsPassedOnWhateverItIs) {
+  EXPECT_EQ(percentageOf(3.0F, 2.0F), 150.0);
+  EXPECT_EQ(percentageOf(1.0F, 3.0F), 33.3333358764648438);  // the 32-bit neighbour of a third of 100
+  EXPECT_EQ(percentageOf(5.0F, -1.0F), -500.0);
+  EXPECT_EQ(percentageOf(5.0F, 0.0F), std::numeric_limits<double>::infinity());
+  EXPECT_TRUE(std::isnan(percentageOf(0.0F, 0.0F)));
 }
 
 TEST_F(ProgressMonitorTest, StartedTwiceIsStopped) {

@@ -50,9 +50,17 @@ class RecordingPorts : public StatusDisplay,
     note("open " + path.substr(path.find_last_of('/') + 1) + " with", application);
   }
   void postNotification(const std::string& name) override { note("post", name); }
+  [[nodiscard]] std::size_t showAlert(const Alert& alert) override {
+    alerts.push_back(alert);
+    note("alert", alert.message);
+    return answer;
+  }
+  void moveToTrash(const std::string& folder) override { note("trash", folder); }
   void terminate(int status) override { note("terminate", std::to_string(status)); }
 
   int fadeSteps = 0;
+  std::vector<Alert> alerts;
+  std::size_t answer = 1;  ///< which button the user presses
 
  private:
   static std::string number(double value) {

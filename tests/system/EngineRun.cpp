@@ -23,6 +23,7 @@ namespace {
 std::vector<std::string> environmentIn(const std::string& home, const std::string& display) {
   auto environment = currentEnvironment();
   setVariable(environment, "HOME", home);
+  setVariable(environment, "XDG_DATA_HOME", home + "/.local/share");
   setVariable(environment, "TMP", home + "/tmp");
   setVariable(environment, "PATH", home + "/bin:/usr/bin:/bin");
   setVariable(environment, "DISPLAY", display);
@@ -94,7 +95,8 @@ EngineRun::~EngineRun() {
 
 void EngineRun::configure(const std::string& entries) {
   writeTestFile(configuration(),
-                xmlPropertyList("<key>Destination</key><string>" + destination() + "</string>" + entries));
+                xmlPropertyList("<key>App Location</key><string>/</string><key>Destination</key><string>" +
+                                destination() + "</string>" + entries));
 }
 
 void EngineRun::configureMail() {

@@ -129,6 +129,7 @@ TEST_F(FailedRunTest, OpenLogLeavesIt) {
 }
 
 TEST_F(WindowRunTest, AMissingDestinationWaitsForEscape) {
+  writeTestFile(engine.configuration(), xmlPropertyList("<key>App Location</key><string>/</string>"));
   engine.start(display.name());
   ASSERT_TRUE(engine.logs("] Checking backup destination...\n"));
   ASSERT_FALSE(engine.exitStatus(1s));

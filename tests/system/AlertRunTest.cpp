@@ -1,0 +1,120 @@
+// The program from outside when its companion is gone: the question, and what comes of each answer.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <csignal>
+
+#include "process/Files.h"
+#include "tests/support/PrivateCrontab.h"
+#include "tests/support/VirtualDisplay.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XScreen.h"
+#include "tests/system/EngineRun.h"
+
+namespace corvane {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+using namespace std::chrono_literals;
+
+const std::string kOurs = "30 2 * * * \"/Apps/BackupEngine.app/BackupEngine\"\n";
+
+// A place on the screen, which is 1024 points wide and 640 high; the alert stands in its middle.
+struct Place {
+  int x;
+  int fromTop;
+};
+constexpr Place kUninstall{740, 408};
+constexpr Place kContinue{620, 408};
+constexpr Place kBar{100, 466};
+
+class AlertRunTest : public testing::Test {
+ protected:
+  AlertRunTest() : screen(display.name()) {
+    writeTestFile(engine.configuration(),
+                  xmlPropertyList("<key>Destination</key><string>" + engine.destination() + "</string>"));
+  }
+  void SetUp() override {
+    if (!crontab.problem().empty()) GTEST_SKIP() << crontab.problem();
+    crontab.install("# one\n" + kOurs + "# two\n");
+  }
+
+  void startAndBeAsked() {
+    engine.listen();
+    engine.start(display.name());
+    ASSERT_TRUE(engine.logs("] Missing Corvane?\n"));
+  }
+  // As long as a finger takes, and until the engine ends: the alert may not be served yet.
+  [[nodiscard]] std::optional<int> pressUntilEnd(Place button) {
+    for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) {
+      screen.moveMouse(button.x, 639 - button.fromTop);
+      screen.pressMouse(true);
+      std::this_thread::sleep_for(150ms);
+      screen.pressMouse(false);
+    }
+    return engine.exitStatus(1s);
+  }
+  [[nodiscard]] std::string quillon() const { return engine.library() + "/Application Support/Quillon"; }
+  [[nodiscard]] std::string trash() const { return engine.home() + "/.local/share/Trash"; }
+  void expectInTrash() {
+    EXPECT_THAT(namesIn(trash() + "/files"), ElementsAre("Corvane"));
+    EXPECT_THAT(namesIn(trash() + "/files/Corvane"), testing::Contains("Config.plist"));
+    EXPECT_THAT(readTestFile(trash() + "/info/Corvane.trashinfo"),
+                HasSubstr("\nPath=" + engine.home() + "/Library/Application%20Support/Quillon/Corvane\n"));
+  }
+
+  PrivateCrontab crontab;
+  VirtualDisplay display;
+  XScreen screen;
+  EngineRun engine;
+};
+
+TEST_F(AlertRunTest, UninstallTakesAwayTheScheduleAndTheFolder) {
+  writeTestFile(quillon() + "/Other/Config.plist", "other");
+  startAndBeAsked();
+  EXPECT_EQ(pressUntilEnd(kUninstall), 0);
+  EXPECT_EQ(crontab.list(), "# one\n# two\n");
+  expectInTrash();
+  EXPECT_THAT(namesIn(quillon()), ElementsAre("Other", "crontab"));
+  EXPECT_EQ(readTestFile(quillon() + "/Other/Config.plist"), "other");
+  EXPECT_THAT(engine.log(), Not(HasSubstr("Backup Starting...")));
+  EXPECT_FALSE(waitFor([this] { return engine.announcements() > 0; }, 500ms));
+}
+
+// The alert with its one button stands so that the same place of the screen serves.
+TEST_F(AlertRunTest, AScheduleThatCannotBeRemovedIsShownFirst) {
+  crontab.replaceCommand("exit 1\n");
+  startAndBeAsked();
+  EXPECT_EQ(pressUntilEnd(kUninstall), 0);
+  expectInTrash();
+}
+
+TEST_F(AlertRunTest, ContinueRunsTheBackup) {
+  startAndBeAsked();
+  const Pixel before = screen.pixel(kBar.x, 639 - kBar.fromTop);
+  EXPECT_TRUE(waitFor([&] { return screen.pixel(kBar.x, 639 - kBar.fromTop) != before; }, 5s));
+  EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
+  EXPECT_EQ(pressUntilEnd(kContinue), 0);
+  EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Answer: Continue Backup\n"), HasSubstr("Backup completed")));
+  EXPECT_EQ(crontab.list(), "# one\n" + kOurs + "# two\n");
+  EXPECT_TRUE(waitFor([this] { return engine.announcements() == 1; }, 5s));
+}
+
+TEST_F(AlertRunTest, WithoutADisplayTheBackupContinues) {
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Not asking: there is no display\n"),
+                                  HasSubstr("] Answer: Continue Backup\n"), HasSubstr("Backup completed")));
+  EXPECT_EQ(crontab.list(), "# one\n" + kOurs + "# two\n");
+}
+
+TEST_F(AlertRunTest, TheEndFromOutsideNeedsNoAnswer) {
+  startAndBeAsked();
+  ASSERT_EQ(::kill(engine.pid(), SIGTERM), 0);
+  EXPECT_EQ(engine.exitStatus(5s), 128 + SIGTERM);
+}
+
+}  // namespace
+}  // namespace corvane
