@@ -17,6 +17,11 @@ constexpr const char* kCrontab = "/usr/bin/crontab";
 // A tool that did not end by itself may have printed a part only.
 bool endedByItself(const ToolResult& result) { return result.status >= 0 && result.status < 128; }
 
+std::string causeOf(const ToolResult& result) {
+  if (!result.problem.empty()) return result.problem;
+  return "exit status " + std::to_string(result.status) + " " + result.output;
+}
+
 }  // namespace
 
 QSCrontabModifier::QSCrontabModifier(const std::string& homeDirectory, ShowAlert showAlert)
@@ -80,7 +85,7 @@ void QSCrontabModifier::install(const std::string& bytes) {
   }
   const ToolResult installation = runTool({kCrontab, stagingFile});
   if (installation.status == 0) return;
-  log("cannot install the crontab: " + installation.problem + installation.output);
+  log("cannot install " + stagingFile + " as the crontab: " + causeOf(installation));
   showFailure();
 }
 

@@ -29,6 +29,7 @@ struct Place {
 };
 constexpr Place kUninstall{740, 408};
 constexpr Place kContinue{620, 408};
+constexpr Place kOk{645, 391};  // of the message about the schedule
 constexpr Place kBar{100, 466};
 
 class AlertRunTest : public testing::Test {
@@ -47,15 +48,21 @@ class AlertRunTest : public testing::Test {
     engine.start(display.name());
     ASSERT_TRUE(engine.logs("] Missing Corvane?\n"));
   }
-  // As long as a finger takes, and until the engine ends: the alert may not be served yet.
-  [[nodiscard]] std::optional<int> pressUntilEnd(Place button) {
-    for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) {
+  // As long as a finger takes, and until `isDone` within two seconds: the alert may not be served yet.
+  template <typename Condition>
+  [[nodiscard]] bool pressUntil(Place button, Condition isDone) {
+    for (int attempt = 0; attempt < 10; ++attempt) {
       screen.moveMouse(button.x, 639 - button.fromTop);
       screen.pressMouse(true);
       std::this_thread::sleep_for(150ms);
       screen.pressMouse(false);
+      if (isDone()) return true;
     }
-    return engine.exitStatus(1s);
+    return false;
+  }
+  [[nodiscard]] std::optional<int> pressUntilEnd(Place button) {
+    static_cast<void>(pressUntil(button, [this] { return engine.exitStatus(2s).has_value(); }));
+    return engine.exitStatus(0s);
   }
   [[nodiscard]] std::string quillon() const { return engine.library() + "/Application Support/Quillon"; }
   [[nodiscard]] std::string trash() const { return engine.home() + "/.local/share/Trash"; }
@@ -84,11 +91,13 @@ TEST_F(AlertRunTest, UninstallTakesAwayTheScheduleAndTheFolder) {
   EXPECT_FALSE(waitFor([this] { return engine.announcements() > 0; }, 500ms));
 }
 
-// The alert with its one button stands so that the same place of the screen serves.
 TEST_F(AlertRunTest, AScheduleThatCannotBeRemovedIsShownFirst) {
   crontab.replaceCommand("exit 1\n");
   startAndBeAsked();
-  EXPECT_EQ(pressUntilEnd(kUninstall), 0);
+  EXPECT_TRUE(pressUntil(kUninstall, [this] { return engine.logs("as the crontab: exit status 1", 2s); }));
+  EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
+  EXPECT_FALSE(fileExists(trash()));
+  EXPECT_EQ(pressUntilEnd(kOk), 0);
   expectInTrash();
 }
 
