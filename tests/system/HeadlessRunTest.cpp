@@ -181,6 +181,7 @@ TEST_P(ConfigurationFileTest, DecidesWhetherThereIsADestination) {
   removeFile(engine.configuration());
   if (!GetParam().bytes.empty()) writeTestFile(engine.configuration(), GetParam().bytes);
   EXPECT_EQ(engine.run(), GetParam().status);
+  EXPECT_THAT(engine.log(), HasSubstr("] Answer: Continue Backup\n"));  // no file names the application
   const bool started = GetParam().status == 0;
   EXPECT_THAT(engine.log(), HasSubstr(started ? "] Destination is available\n" : "Config.plist"));
   expectCleanedUp();
