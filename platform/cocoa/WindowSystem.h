@@ -28,7 +28,8 @@ void drawAxialShading(Length* record, NSRect rect);
 /// that it does not take the keyboard when it appears. Called before anything is in its content view.
 void prepareWindow(NSWindow* window);
 
-/// Lets `bar` move by itself, as far as the system can also while the main thread waits in an alert or a call.
+/// Lets `bar` move by itself, as far as the system can also while the main thread waits in an alert or a
+/// call.
 void animateIndependently(NSProgressIndicator* bar);
 
 /// An empty image that covers at least `window`, to become its background: a new one, or the one that it has

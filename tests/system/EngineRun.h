@@ -30,7 +30,8 @@ class EngineRun {
   }
   [[nodiscard]] std::string configuration() const { return support() + "/Config.plist"; }
 
-  /// Writes "Config.plist": the destination, an application that is not missing, and `entries` as they stand in an XML property list.
+  /// Writes "Config.plist": the destination, an application that is not missing, and `entries` as they stand
+  /// in an XML property list.
   void configure(const std::string& entries);
   /// Configures Apple Mail with a mail folder of a few messages.
   void configureMail();
