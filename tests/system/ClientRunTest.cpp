@@ -167,7 +167,7 @@ TEST_F(ClientRunTest, AMissingAddressBookFailsTheRun) {
   writeTestFile(engine.library() + "/Mail/V9/1.emlx", "mail");
   expectFailure();
   EXPECT_THAT(namesIn(engine.destination()), ElementsAre());
-  EXPECT_THAT(namesIn(engine.support()), ElementsAre("Config.plist"));
+  EXPECT_THAT(namesIn(engine.support()), ElementsAre(".corvane.lock", "Config.plist"));
 }
 
 // The path that `ditto` gets holds a backslash: usually nothing is there, and nobody is told.
