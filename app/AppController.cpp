@@ -50,6 +50,7 @@ AppController::~AppController() { backupTask_.reset(); }
 void AppController::awakeFromNib() {
   reopenStandardError(logPath_);
   if (!isOnlyRun()) {
+    log("A backup is already running.");
     ports_.workspace.terminate(kAlreadyRunning);
     return;
   }
@@ -62,7 +63,6 @@ bool AppController::isOnlyRun() {
   std::string problem;
   const auto outcome = onlyRun_.acquire(supportFolder_ + ".corvane.lock", problem);
   if (outcome == FileLock::Outcome::failed) log(problem);
-  if (outcome == FileLock::Outcome::heldByAnother) log("A backup is already running.");
   return outcome != FileLock::Outcome::heldByAnother;
 }
 
@@ -120,7 +120,7 @@ void AppController::runBackupNow() {
 void AppController::failBeforeStart() {
   record_.tempFolderStore.reset();  // whatever stands there is not this run's
   ports_.display.setHeadline("Backup Failed");
-  ports_.window.awaitDismissal([this] { startFadeTimer(); });
+  awaitDismissal();
 }
 
 void AppController::openWindow() {
@@ -225,11 +225,17 @@ void AppController::showFailure() {
   ports_.window.showFailure();
   ports_.display.setHeadline("Backup had errors");
   deleteStagingFolder("Cleaning up after failed Backup");
+  awaitDismissal();
+}
+
+// A window that waits for its user, perhaps for days, does not keep the next backup from running.
+void AppController::awaitDismissal() {
+  onlyRun_.release();
   ports_.window.awaitDismissal([this] { startFadeTimer(); });
 }
 
 void AppController::deleteStagingFolder(const char* announcement) {
-  if (!record_.tempFolderStore) return;
+  if (!record_.tempFolderStore || !isOnlyRun()) return;  // it may be another run's by now
   log(announcement);
   removeTree(stripEscapes(*record_.tempFolderStore));
 }

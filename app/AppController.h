@@ -63,6 +63,7 @@ class AppController : private TaskController, private ScriptHost {
   void completeUninstall();
   void assembleScript(const BackupConfiguration& configuration);
   void failBeforeStart();
+  void awaitDismissal();
   [[nodiscard]] bool writeScript();
   void writeManifests();
   void executeShellScriptAtPath(const std::string& path);

@@ -17,8 +17,11 @@ class FileLock {
   FileLock& operator=(const FileLock&) = delete;
 
   /// Takes the lock at `path`, and makes the file (for the owner only) and its folder when missing; never
-  /// waits. `problem` says why it failed.
+  /// waits. Holding it already is no obstacle. `problem` says why it failed.
   [[nodiscard]] Outcome acquire(const std::string& path, std::string& problem);
+
+  /// Gives it back, if it is held.
+  void release();
 
  private:
   int file_ = -1;

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "app/MissingApplication.h"
+#include "process/FileLock.h"
 #include "process/Files.h"
 #include "tests/support/RecordingPorts.h"
 #include "tests/support/ScratchFolder.h"
@@ -245,13 +246,16 @@ class StagingTest : public AppControllerTest {
  protected:
   StagingTest() {
     lists.files["Config.plist"]["Clients"] = {PropertyListValue::Array{{std::string("Apple Mail")}}};
+  }
+  void startAndStage() {
+    start();
     makeFolders(staging() + "/Mail");
   }
   [[nodiscard]] std::string staging() const { return home.path() + "/.QVB_Backup"; }
 };
 
 TEST_F(StagingTest, FailureCleansUpAndOffersTheLog) {
-  start();
+  startAndStage();
   const std::string manifest = support() + "/Contents.plist";
   ASSERT_TRUE(lists.written.contains(manifest));
   EXPECT_EQ(*lists.written[manifest].at("Date").as<std::string>(), "09/03/2026");
@@ -273,8 +277,19 @@ TEST_F(StagingTest, FailureCleansUpAndOffersTheLog) {
   EXPECT_THAT(eventsSince(), ElementsAre("open Corvane.log with Console.app", "close", "terminate 1"));
 }
 
+TEST_F(StagingTest, AWindowThatWaitsLeavesTheNextRunAlone) {
+  startAndStage();
+  runLoop.endOfOutput();
+  FileLock nextRun;
+  std::string problem;
+  ASSERT_EQ(nextRun.acquire(support() + "/.corvane.lock", problem), FileLock::Outcome::acquired);
+  makeFolders(staging());
+  controller->cancelBackup();
+  EXPECT_TRUE(fileExists(staging()));
+}
+
 TEST_F(StagingTest, CancelAnnouncesTheEndTwice) {
-  start();
+  startAndStage();
   eventsSince();
   controller->cancelBackup();
   EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost, "stop activity", "show failure",

@@ -23,6 +23,10 @@ TEST(FileLock, IsHeldByOneUntilItEnds) {
   EXPECT_EQ(FileLock().acquire(path, problem), FileLock::Outcome::heldByAnother);
   // A program that outlives its starter must not keep the lock.
   const std::string sleeper = runTool({"/bin/sh", "-c", "sleep 1000 >/dev/null 2>&1 & echo $!"}).output;
+  first->release();
+  EXPECT_EQ(FileLock().acquire(path, problem), FileLock::Outcome::acquired);
+  EXPECT_EQ(first->acquire(path, problem), FileLock::Outcome::acquired);
+  EXPECT_EQ(first->acquire(path, problem), FileLock::Outcome::acquired);
   first.reset();
   EXPECT_EQ(FileLock().acquire(path, problem), FileLock::Outcome::acquired);
   EXPECT_EQ(problem, "");
