@@ -44,4 +44,7 @@ void drawBacking(NSWindow* window, NSBezierPath* body);
 /// `image`.
 void cutToShape(NSWindow* window, NSImage* image);
 
+/// The name of the notification that the tint of the system's controls may have changed.
+[[nodiscard]] NSString* controlTintDidChange();
+
 }  // namespace corvane

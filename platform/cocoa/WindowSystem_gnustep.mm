@@ -152,4 +152,7 @@ void cutToShape(NSWindow* window, NSImage* image) {
   [GSServerForWindow(window) restrictWindow:[window windowNumber] toImage:shape];
 }
 
+// There is no notification of its own for the tint, which is one of the system's colours.
+NSString* controlTintDidChange() { return NSSystemColorsDidChangeNotification; }
+
 }  // namespace corvane

@@ -44,4 +44,6 @@ void prepareWindow(NSWindow*) {}
 void drawBacking(NSWindow*, NSBezierPath*) {}
 void cutToShape(NSWindow*, NSImage*) {}
 
+NSString* controlTintDidChange() { return NSControlTintDidChangeNotification; }
+
 }  // namespace corvane

@@ -1,0 +1,74 @@
+#import "ui/RKDarkenedImage.h"
+
+#include "ui/Darkening.h"
+#import "ui/RKBitmap.h"
+
+namespace {
+
+// Its bytes are zero. Nil when the system refuses the format.
+NSBitmapImageRep* emptyBitmapLike(NSBitmapImageRep* source, corvane::PixelSize size) {
+  NSBitmapImageRep* bitmap = [NSBitmapImageRep alloc];
+  const auto width = static_cast<NSInteger>(size.width);
+  const auto height = static_cast<NSInteger>(size.height);
+  if ([source respondsToSelector:@selector(bitmapFormat)]) {
+    bitmap = [bitmap initWithBitmapDataPlanes:NULL
+                                   pixelsWide:width
+                                   pixelsHigh:height
+                                bitsPerSample:8
+                              samplesPerPixel:4
+                                     hasAlpha:YES
+                                     isPlanar:NO
+                               colorSpaceName:NSCalibratedRGBColorSpace
+                                 bitmapFormat:[source bitmapFormat]
+                                  bytesPerRow:0
+                                 bitsPerPixel:0];
+  } else {
+    bitmap = [bitmap initWithBitmapDataPlanes:NULL
+                                   pixelsWide:width
+                                   pixelsHigh:height
+                                bitsPerSample:8
+                              samplesPerPixel:4
+                                     hasAlpha:YES
+                                     isPlanar:NO
+                               colorSpaceName:NSCalibratedRGBColorSpace
+                                  bytesPerRow:0
+                                 bitsPerPixel:0];
+  }
+  return [bitmap autorelease];
+}
+
+// Nil when the system refuses the format.
+NSBitmapImageRep* darkenedBitmap(NSBitmapImageRep* source, corvane::PixelSize size, NSColor* rgb) {
+  NSBitmapImageRep* bitmap = emptyBitmapLike(source, size);
+  if (!bitmap) return nil;
+  corvane::darken(corvane::bytesOf(source), corvane::bytesOf(bitmap), size,
+                  {[rgb redComponent], [rgb greenComponent], [rgb blueComponent]});
+  return bitmap;
+}
+
+NSImage* failed(const char* why) {
+  NSLog(@"%s", why);
+  return nil;
+}
+
+}  // namespace
+
+@implementation NSImage (RKDarkenedImage)
+
+- (NSImage*)darkenedImageWithColor:(NSColor*)color {
+  NSBitmapImageRep* source = corvane::firstBitmap(self);
+  if (!source) return failed("not a bitmap image rep");
+  NSColor* rgb = [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+  if (!rgb) return failed("not a colour to darken an image with");
+  const NSSize points = [self size];
+  const auto size = corvane::darkenedPixels({points.width, points.height});
+  if (!size) return failed("too large an image to darken");
+  NSImage* image = [[[NSImage alloc] initWithSize:points] autorelease];
+  if (size->width == 0 || size->height == 0) return image;  // no bitmap is that small
+  NSBitmapImageRep* bitmap = darkenedBitmap(source, *size, rgb);
+  if (!bitmap) return failed("not a bitmap format to darken");
+  [image addRepresentation:bitmap];
+  return image;
+}
+
+@end
