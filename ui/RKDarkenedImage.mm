@@ -46,6 +46,12 @@ NSBitmapImageRep* darkenedBitmap(NSBitmapImageRep* source, corvane::PixelSize si
   return bitmap;
 }
 
+// Nil for patterns, which raise an exception when they are asked for their red, and for nil.
+NSColor* rgbOf(NSColor* color) {
+  if ([[color colorSpaceName] isEqualToString:NSPatternColorSpace]) return nil;
+  return [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+}
+
 NSImage* failed(const char* why) {
   NSLog(@"%s", why);
   return nil;
@@ -58,7 +64,7 @@ NSImage* failed(const char* why) {
 - (NSImage*)darkenedImageWithColor:(NSColor*)color {
   NSBitmapImageRep* source = corvane::firstBitmap(self);
   if (!source) return failed("not a bitmap image rep");
-  NSColor* rgb = [color colorUsingColorSpaceName:NSCalibratedRGBColorSpace];
+  NSColor* rgb = rgbOf(color);
   if (!rgb) return failed("not a colour to darken an image with");
   const NSSize points = [self size];
   const auto size = corvane::darkenedPixels({points.width, points.height});
