@@ -92,11 +92,13 @@ class RKShapedButtonTest : public GuiTest {
     [button release];
   }
 
-  // The system itself announces that, once for all changes until they are stored.
+  // The frameworks notice that a colour of the system is another one than before, and announce it.
   void changeColours() {
-    NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
-    [defaults synchronize];
-    [defaults setObject:++changes % 2 ? @"0.2 0.3 0.4" : @"0 0 0" forKey:@"selectedTextColor"];
+    NSString* colour = ++changes % 2 ? @"0.2 0.3 0.4" : @"0 0 0";
+    [[NSUserDefaults standardUserDefaults]
+        registerDefaults:[NSDictionary dictionaryWithObject:colour forKey:@"selectedTextColor"]];
+    [[NSNotificationCenter defaultCenter] postNotificationName:NSUserDefaultsDidChangeNotification
+                                                        object:nil];
   }
 
   inline static int changes = 0;
