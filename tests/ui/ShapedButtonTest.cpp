@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "ui/Darkening.h"
-#include "ui/ShapedButtonLook.h"
 #include "ui/ShapedHit.h"
 
 namespace corvane {
@@ -85,7 +84,6 @@ TEST(DarkeningTest, FollowsTheStridesOfBoth) {
 }
 
 TEST(DarkeningTest, MakesWholePixelsOfASize) {
-  EXPECT_EQ(darkenedPixels({10.9F, 0.9F}), (PixelSize{10, 0}));
   EXPECT_EQ(darkenedPixels({-5, NAN}), (PixelSize{0, 0}));
   EXPECT_EQ(darkenedPixels({65536, 8191}), (PixelSize{65536, 8191}));
   EXPECT_EQ(darkenedPixels({65536, 8192}), std::nullopt);
@@ -110,20 +108,6 @@ TEST(DarkeningTest, NeverLeavesTheBytesWhateverTheNumbersClaim) {
     (void)shapedHit({from, number(), 32, 4, true}, {static_cast<Length>(number()), Length(number())});
     (void)shapedHit({from, number(), 32, 4, true}, {static_cast<Length>(std::bit_cast<double>(random())), 1});
   }
-}
-
-TEST(ShapedButtonLookTest, FollowsTheConditionOfTheButton) {
-  const struct {
-    ButtonCondition condition;  // enabled, highlighted, shows its state, on
-    ButtonLook look;            // alternate, darkened, fraction
-  } rows[] = {
-      {{true, false, true, false}, {false, false, 1}}, {{true, false, false, true}, {false, false, 1}},
-      {{true, false, true, true}, {true, false, 1}},   {{true, true, false, true}, {true, false, 1}},
-      {{true, true, true, false}, {true, true, 1}},    {{false, true, true, true}, {false, false, 0.4}}};
-  for (const auto& row : rows) EXPECT_EQ(shapedButtonLook(row.condition), row.look) << &row - rows;
-  EXPECT_EQ(untintedImageName("PlayAquaPressed Aqua"), "Play");
-  EXPECT_EQ(untintedImageName("Aqua"), "");
-  EXPECT_EQ(untintedImageName("Playaqua"), std::nullopt);
 }
 
 }  // namespace
