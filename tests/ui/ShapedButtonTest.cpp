@@ -36,16 +36,16 @@ TEST(ShapedHitTest, TellsTheAlphaUnderThePoint) {
 TEST(ShapedHitTest, UnfitPicturesBlockNoClick) {
   Bytes clear(64);
   const std::string unfit = "Bits per Pixel/Samples per Pixel != 8: ";
-  const std::pair<Bitmap, std::string> rows[] = {
-      {{clear, 8, 24, 3, false, false}, ""},
-      {{clear, 8, 64, 4, false, true}, ""},
-      {{clear, 8, 64, 4, true, true}, "planar bitmap formats not supported"},
-      {{clear, 8, 64, 4, true, false}, unfit + "64/4"},
-      {{clear, 8, 32, 3, true, false}, unfit + "32/3"},
-      {{clear, 8, 32, 0, true, false}, unfit + "32/0"}};
-  for (const auto& [picture, problem] : rows) {
-    EXPECT_TRUE(shapedHit(picture, {0, 0}).isHit) << problem;
-    EXPECT_EQ(shapedHit(picture, {0, 0}).problem, problem);
+  const std::tuple<std::size_t, std::size_t, bool, bool, std::string> rows[] = {
+      {24, 3, false, false, ""},
+      {64, 4, false, true, ""},
+      {64, 4, true, false, unfit + "64/4"},
+      {64, 4, true, true, "planar bitmap formats not supported"},
+      {32, 3, true, false, unfit + "32/3"},
+      {32, 0, true, false, unfit + "32/0"}};
+  for (const auto& [bits, samples, hasAlpha, isPlanar, problem] : rows) {
+    const auto hit = shapedHit({clear, 8, bits, samples, hasAlpha, isPlanar}, {0, 0});
+    EXPECT_TRUE(hit.isHit && hit.problem == problem) << problem << hit.problem;
   }
 }
 
@@ -101,7 +101,7 @@ std::span<std::uint8_t> islandOfBytes() {
 TEST(DarkeningTest, NeverLeavesTheBytesWhateverTheNumbersClaim) {
   const auto from = islandOfBytes(), to = islandOfBytes();
   std::mt19937_64 random(1);
-  const auto number = [&] { return std::size_t{random()} >> random() % 64; };
+  const auto number = [&] { return static_cast<std::size_t>(random() >> random() % 64); };
   for (int round = 0; round < 20000; ++round) {
     const Bitmap source{from.last(random() % 4097), number(), number(), number(), true, false};
     darken(source, {to.first(random() % 4097), 64 + number(), 8 + number()}, {number(), number()}, {});
