@@ -2,12 +2,27 @@
 
 #include <objc/runtime.h>
 #include <array>
+#include <atomic>
 #include <future>
 
 #import "tests/support/GuiTest.h"
 #include "tests/support/StandardError.h"
 #include "tests/support/WaitFor.h"
 #import "ui/RKDarkenedImage.h"
+
+/// Counts the presses of the mouse that have reached it.
+@interface WatchedWindow : NSWindow {
+ @public
+  std::atomic<int> presses;
+}
+@end
+
+@implementation WatchedWindow
+- (void)sendEvent:(NSEvent*)event {
+  if ([event type] == NSLeftMouseDown) ++presses;
+  [super sendEvent:event];
+}
+@end
 
 namespace corvane {
 namespace {
@@ -84,10 +99,10 @@ class RKShapedButtonTest : public GuiTest {
   NSImage* aqua = makeImage({0, 0, 120, 128});
   NSImage* graphite = makeImage({90, 90, 90, 128});
   NSMutableArray* clicks = [NSMutableArray array];  // every click adds its sender
-  NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(100, 100, 200, 100)
-                                                 styleMask:NSBorderlessWindowMask
-                                                   backing:NSBackingStoreBuffered
-                                                     defer:NO];
+  WatchedWindow* window = [[WatchedWindow alloc] initWithContentRect:NSMakeRect(100, 100, 200, 100)
+                                                           styleMask:NSBorderlessWindowMask
+                                                             backing:NSBackingStoreBuffered
+                                                               defer:NO];
   RKShapedButton* button = nil;
 };
 
@@ -125,7 +140,8 @@ TEST_F(RKShapedButtonTest, ShowsItsPicturesAndTakesClicksOnTheSolidOnes) {
     // A pressed button handles its events itself until it is let go.
     auto user = std::async(std::launch::async, [&] {
       screen().pressMouse(true);
-      const bool shown = waitFor([&] { return shows(row.during); });
+      const bool shown = waitFor([&] { return window->presses > &row - rows; }) &&
+                         waitFor([&] { return shows(row.during); });
       screen().pressMouse(false);
       return shown;
     });
