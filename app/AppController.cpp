@@ -96,7 +96,7 @@ void AppController::runBackupNow() {
     return;
   }
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
-  if (!isDestinationAvailable(configuration, record_, showStatus)) {
+  if (!isDestinationAvailable(configuration, record_, ports_.volumes, ports_.workspace, showStatus)) {
     failBeforeStart();
     return;
   }

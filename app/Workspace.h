@@ -23,6 +23,8 @@ class Workspace {
   virtual ~Workspace() = default;
   virtual void launchApplication(const std::string& name) = 0;
   virtual void openFile(const std::string& path, const std::string& application) = 0;
+  /// Tells the desktop that what lies at `path` looks different now.
+  virtual void noteFileSystemChanged(const std::string& path) = 0;
   /// Posts a notification to other processes at once, with no object and no user information.
   virtual void postNotification(const std::string& name) = 0;
   /// Shows `alert` until a button is pressed and answers its index; one beyond the last when the alert went

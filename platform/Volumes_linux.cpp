@@ -2,8 +2,20 @@
 #include <memory>
 
 #include "platform/SystemVolumes.h"
+#include "platform/mount/ServerMount.h"
 
 namespace corvane {
+namespace {
+
+constexpr const char* kVolumes = "/Volumes";
+
+}  // namespace
+
+bool SystemVolumes::isMounted(const std::string& name) { return isVolumeMounted(kVolumes, name); }
+
+MountOutcome SystemVolumes::mountServer(const ServerVolume& volume) {
+  return mountServerVolume(kVolumes, volume);
+}
 
 // What an alias is on macOS, a symbolic link is here.
 std::optional<std::string> SystemVolumes::findOriginalFromAlias(const std::string& path) {

@@ -23,8 +23,8 @@ bool ChildProcess::groupIsGone() {
 }
 
 void ChildProcess::terminate() {
-  if (ended_) return;
-  ended_ = true;
+  if (over_) return;
+  over_ = true;
   ::kill(-pid_, SIGTERM);
   ::kill(-pid_, SIGCONT);  // a stopped program does not see the request before it goes on
   for (int round = 0; !groupIsGone(); ++round) {
@@ -34,17 +34,23 @@ void ChildProcess::terminate() {
   }
 }
 
-int ChildProcess::wait() {
+std::optional<int> ChildProcess::ended() { return ask(WNOHANG); }
+
+int ChildProcess::wait() { return ask(0).value_or(-1); }
+
+std::optional<int> ChildProcess::ask(int options) {
   int status = status_.value_or(0);
   while (!status_) {
-    if (::waitpid(pid_, &status, 0) == pid_) {
+    const pid_t answer = ::waitpid(pid_, &status, options);
+    if (answer == 0) return std::nullopt;
+    if (answer == pid_) {
       status_ = status;
     } else if (errno != EINTR) {
-      ended_ = true;
+      over_ = true;
       return -1;
     }
   }
-  ended_ = true;  // its number may soon be another's
+  over_ = true;  // its number may soon be another's
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 

@@ -19,16 +19,20 @@ class ChildProcess {
   /// nothing of the group runs any more, so that its files can be removed. No effect on an ended program.
   void terminate();
 
+  /// The answer of `wait` when the program has ended; nothing while it runs.
+  [[nodiscard]] std::optional<int> ended();
+
   /// Waits for the program and answers its exit status, or 128 plus the signal that ended it; -1 when the
   /// system did not keep the status, as it does for a process that ignores SIGCHLD.
   [[nodiscard]] int wait();
 
  private:
   [[nodiscard]] bool groupIsGone();
+  [[nodiscard]] std::optional<int> ask(int options);
 
   pid_t pid_;
   std::optional<int> status_;  // as waitpid answered it, once it has
-  bool ended_ = false;
+  bool over_ = false;
 };
 
 }  // namespace corvane

@@ -98,7 +98,11 @@ std::string variable(const std::vector<std::string>& environment, const std::str
 
 Spawned spawn(const LaunchCommand& command, int output, bool withErrors) {
   FileActions files;
-  files.open(STDIN_FILENO, O_RDONLY);
+  if (command.input >= 0) {
+    files.duplicate(command.input, STDIN_FILENO);
+  } else {
+    files.open(STDIN_FILENO, O_RDONLY);
+  }
   files.duplicate(output, STDOUT_FILENO);
   if (withErrors) {
     files.duplicate(output, STDERR_FILENO);

@@ -11,6 +11,7 @@ struct LaunchCommand {
   std::string program;                   ///< absolute path
   std::vector<std::string> arguments;    ///< from the program's own name on
   std::vector<std::string> environment;  ///< "NAME=value"
+  int input = -1;                        ///< descriptor that it reads from; nothing to read when negative
 };
 
 /// This process's environment.
@@ -28,7 +29,7 @@ struct Spawned {
   std::string problem;  ///< then the cause, naming the program
 };
 
-/// Starts `command` in a process group of its own, with nothing to read, and default signal handling.
+/// Starts `command` in a process group of its own, with default signal handling.
 /// Standard output goes to `output`; standard error too, or to the null device when `withErrors` is false.
 /// No other descriptor is inherited: all that this process holds are marked so, for good.
 [[nodiscard]] Spawned spawn(const LaunchCommand& command, int output, bool withErrors = true);

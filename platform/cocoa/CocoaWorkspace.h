@@ -14,6 +14,7 @@ class CocoaWorkspace : public Workspace {
  public:
   void launchApplication(const std::string& name) override;
   void openFile(const std::string& path, const std::string& application) override;
+  void noteFileSystemChanged(const std::string& path) override;
   void postNotification(const std::string& name) override;
   [[nodiscard]] std::size_t showAlert(const Alert& alert) override;
   void moveToTrash(const std::string& folder) override;

@@ -20,6 +20,10 @@ void CocoaWorkspace::openFile(const std::string& path, const std::string& applic
   if (!opened && !openWithDesktop(path)) log("cannot open " + path);
 }
 
+void CocoaWorkspace::noteFileSystemChanged(const std::string& path) {
+  [[NSWorkspace sharedWorkspace] noteFileSystemChanged:toNSString(path)];
+}
+
 void CocoaWorkspace::postNotification(const std::string& name) { postDistributedNotification(name); }
 
 // The program shows no icon to click on: the alert has to come to the front by itself.

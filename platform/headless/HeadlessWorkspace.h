@@ -19,6 +19,7 @@ class HeadlessWorkspace : public Workspace {
 
   void launchApplication(const std::string& name) override;
   void openFile(const std::string& path, const std::string& application) override;
+  void noteFileSystemChanged(const std::string& /*path*/) override {}
   void postNotification(const std::string& name) override { announce_(name); }
   [[nodiscard]] std::size_t showAlert(const Alert& alert) override;
   void moveToTrash(const std::string& folder) override;

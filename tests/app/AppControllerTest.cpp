@@ -63,7 +63,7 @@ class AppControllerTest : public testing::Test {
   RecordingPorts ports;
   ManualRunLoop runLoop;
   MemoryPropertyLists lists;
-  AliasVolumes volumes;
+  FakeVolumes volumes;
   std::unique_ptr<AppController> controller;
 
  private:

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdio>
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,7 @@ class RecordingPorts : public StatusDisplay,
   void openFile(const std::string& path, const std::string& application) override {
     note("open " + path.substr(path.find_last_of('/') + 1) + " with", application);
   }
+  void noteFileSystemChanged(const std::string& path) override { note("changed", path); }
   void postNotification(const std::string& name) override { note("post", name); }
   [[nodiscard]] std::size_t showAlert(const Alert& alert) override {
     alerts.push_back(alert);
@@ -122,10 +125,21 @@ class ManualRunLoop : public RunLoop {
   std::weak_ptr<ReadHandler> reader_;
 };
 
-/// A machine on which the test says what is an alias; no other path can be resolved.
-class AliasVolumes : public Volumes {
+/// A machine on which the test says what is an alias, what is mounted, and what comes of a mount.
+class FakeVolumes : public Volumes {
  public:
-  std::map<std::string, std::string> originals;
+  std::map<std::string, std::string> originals;  ///< by alias; no other path can be resolved
+  std::set<std::string> mounted;
+  MountOutcome outcome;
+  std::string appears;  ///< the volume that stands there after a mount
+  std::vector<ServerVolume> asked;
+
+  [[nodiscard]] bool isMounted(const std::string& name) override { return mounted.contains(name); }
+  [[nodiscard]] MountOutcome mountServer(const ServerVolume& volume) override {
+    asked.push_back(volume);
+    mounted.insert(appears);
+    return outcome;
+  }
 
   [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& path) override {
     const auto alias = originals.find(path);

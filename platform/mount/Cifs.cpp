@@ -1,0 +1,15 @@
+#include "platform/mount/MountPlan.h"
+
+namespace corvane {
+
+MountPlan planCifs(const MountTask& task) {
+  MountPlan plan{.helper = "mount.cifs"};
+  std::string options = task.user.empty() ? "guest" : "user=" + task.user;
+  if (!task.address.port.empty()) options += ",port=" + task.address.port;
+  plan.arguments = {"//" + task.address.host + "/" + task.path, task.folder, "-o", options};
+  plan.variables = {{"PASSWD_FD", "0"}};  // the descriptor to read it from
+  plan.input = task.password + "\n";
+  return plan;
+}
+
+}  // namespace corvane

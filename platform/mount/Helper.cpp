@@ -1,0 +1,114 @@
+#include "platform/mount/Helper.h"
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <string_view>
+
+#include "process/Files.h"
+#include "process/RunTool.h"
+#include "script/Text.h"
+
+namespace corvane {
+namespace {
+
+constexpr const char* kUsualPath = "/usr/bin:/bin";
+constexpr const char* kSystemCommands = "/usr/sbin:/sbin";  // what a user's PATH leaves out
+constexpr std::size_t kMostWords = 500;
+
+// A file for the time of one run, for its owner only.
+class SettingsFile {
+ public:
+  explicit SettingsFile(const std::string& text) {
+    if (text.empty()) return;
+    const int file = ::mkstemp(path_.data());
+    made_ = file >= 0;
+    const bool written =
+        made_ && ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    if (!written) problem_ = errnoSentence("write", path_);
+    if (made_) ::close(file);
+  }
+  ~SettingsFile() {
+    if (made_) removeFile(path_);
+  }
+  SettingsFile(const SettingsFile&) = delete;
+  SettingsFile& operator=(const SettingsFile&) = delete;
+  const std::string& path() const { return path_; }
+  const std::string& problem() const { return problem_; }
+
+ private:
+  std::string path_ = "/tmp/corvane-mount.XXXXXX";
+  std::string problem_;
+  bool made_ = false;
+};
+
+std::string findProgram(const std::string& name, const std::vector<std::string>& environment) {
+  const std::string folders = variable(environment, "PATH", kUsualPath) + ":" + kSystemCommands + ":";
+  for (std::size_t start = 0; start < folders.size();) {
+    const auto end = folders.find(':', start);
+    const std::string path = folders.substr(start, end - start) + "/" + name;
+    struct stat status {};
+    if (path.front() == '/' && path[1] != '/' && ::stat(path.c_str(), &status) == 0 &&
+        S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0) {
+      return path;
+    }
+    start = end + 1;
+  }
+  return {};
+}
+
+// The last line that it was given.
+std::string_view secretOf(const MountPlan& plan) {
+  const auto lines = std::string_view(plan.input).substr(0, plan.input.find_last_of('\n'));
+  return lines.substr(lines.find_last_of('\n') + 1);
+}
+
+// What it said, on one line, and without the password should it have repeated that.
+std::string said(const MountPlan& plan, std::string output) {
+  if (const auto secret = secretOf(plan); !secret.empty()) replaceAll(output, secret, "...");
+  std::replace(output.begin(), output.end(), '\n', ' ');
+  return output.size() > kMostWords ? "..." + output.substr(output.size() - kMostWords) : output;
+}
+
+MountOutcome judge(const MountPlan& plan, const ToolResult& result, std::chrono::milliseconds limit) {
+  if (!result.problem.empty()) return {.error = EIO, .problem = result.problem};
+  if (result.timedOut) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit).count();
+    return {.error = ETIMEDOUT,
+            .problem = plan.helper + " was not done within " + std::to_string(seconds) + " seconds"};
+  }
+  if (result.status == 0) return {};
+  return {.error = EIO,
+          .problem = plan.helper + " failed with status " + std::to_string(result.status) + ": " +
+                     said(plan, result.output)};
+}
+
+std::vector<std::string> environmentFor(const MountPlan& plan) {
+  auto environment = currentEnvironment();
+  setVariable(environment, "LC_ALL", "C");
+  const passwd* user = ::getpwuid(::geteuid());
+  if (variable(environment, "HOME", "").empty() && user) setVariable(environment, "HOME", user->pw_dir);
+  for (const auto& [name, value] : plan.variables) setVariable(environment, name, value);
+  return environment;
+}
+
+}  // namespace
+
+MountOutcome runHelper(const MountPlan& plan, std::chrono::milliseconds limit) {
+  const auto environment = environmentFor(plan);
+  const std::string program = findProgram(plan.helper, environment);
+  if (program.empty()) return {.error = ENOENT, .problem = plan.helper + " is not installed"};
+  const SettingsFile settings(plan.settings);
+  if (!settings.problem().empty()) return {.error = EIO, .problem = settings.problem()};
+  std::vector<std::string> arguments{plan.helper};
+  for (auto argument : plan.arguments) {
+    if (argument == kSettingsFile) argument = "conf=" + settings.path();
+    arguments.push_back(argument);
+  }
+  return judge(plan, runTool({program, arguments, environment}, plan.input, limit), limit);
+}
+
+}  // namespace corvane

@@ -1,0 +1,66 @@
+#include "platform/mount/ServerMount.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+#include "platform/mount/Helper.h"
+#include "platform/mount/MountFolder.h"
+#include "platform/mount/MountPlan.h"
+#include "platform/mount/VolumeProbe.h"
+
+namespace corvane {
+namespace {
+
+constexpr std::chrono::seconds kHelperLimit{30};
+constexpr std::chrono::seconds kLookLimit{10};
+
+std::string unusable(const std::string& folder, int error) {
+  return "cannot use " + folder + ": " + std::strerror(error);
+}
+
+// A volume that lost its server would keep the new one from its place, so it is taken away.
+VolumeLook lookAndClear(const std::string& folder) {
+  const VolumeLook look = lookAtVolume(folder, kLookLimit);
+  if (look.state != VolumeState::broken) return look;
+  detachVolume(folder, kLookLimit);
+  return lookAtVolume(folder, kLookLimit);
+}
+
+// Some helpers say that all went well and leave a volume that does not answer.
+MountOutcome mountOn(const std::string& folder, const MountPlan& plan) {
+  const MountOutcome outcome = runHelper(plan, kHelperLimit);
+  if (outcome.error != 0) return outcome;
+  const VolumeLook look = lookAtVolume(folder, kLookLimit);
+  if (look.state == VolumeState::mounted) return {.reference = look.device};
+  return {.error = look.error, .problem = unusable(folder, look.error)};
+}
+
+}  // namespace
+
+bool isVolumeMounted(const std::string& volumes, const std::string& name) {
+  return isVolumeName(name) && lookAtVolume(volumes + "/" + name, kLookLimit).state == VolumeState::mounted;
+}
+
+MountOutcome mountServerVolume(const std::string& volumes, const ServerVolume& volume) {
+  const std::string folder = volumes + "/" + volume.name.value_or("");
+  MountOutcome refusal;
+  const auto plan = mountPlanFor(volume, folder, refusal);
+  if (!plan) return refusal;
+  // What cannot be looked into may be somebody else's: nothing is mounted over it, or taken away after that.
+  const VolumeLook before = lookAndClear(folder);
+  if (before.state == VolumeState::mounted) return {.reference = before.device};
+  if (before.error != ENOENT) return {.error = before.error, .problem = unusable(folder, before.error)};
+  MountFolder place(folder);
+  if (!place.problem().empty()) return {.error = EACCES, .problem = place.problem()};
+  MountOutcome outcome = mountOn(folder, *plan);
+  if (outcome.error == 0) {
+    place.keep();
+  } else {
+    detachVolume(folder, kLookLimit);
+    outcome.problem = "cannot mount " + volume.url + ": " + outcome.problem;
+  }
+  return outcome;
+}
+
+}  // namespace corvane

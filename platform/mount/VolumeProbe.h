@@ -1,0 +1,25 @@
+// Looking at a volume without being caught by it. Thread: any.
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace corvane {
+
+enum class VolumeState {
+  none,     ///< no volume stands there, or none that this user may look into
+  mounted,  ///< another file system than the folder above it, and it can be listed
+  broken,   ///< something stands there, but answers with errors or not at all
+};
+
+struct VolumeLook {
+  VolumeState state = VolumeState::none;
+  int device = 0;  ///< the system's number for it, when mounted
+  int error = 0;   ///< why not, an errno
+};
+
+/// Looks at `folder` from another process, which is left to itself when it is not back within `limit`: what
+/// stands there may be a file system whose server is gone.
+[[nodiscard]] VolumeLook lookAtVolume(const std::string& folder, std::chrono::milliseconds limit);
+
+}  // namespace corvane
