@@ -8,8 +8,12 @@ namespace {
 constexpr const char* kSettings =
     "buf_size 64\nuse_locks 0\ndelay_upload 0\nconnect_timeout 10\nread_timeout 20\n";
 
+// A server that cannot be reached does not disturb the helper: it mounts what it remembers of it, and says
+// so.
+constexpr const char* kUnreachable = "mounting anyway";
+
 MountPlan planWith(const char* scheme, const MountTask& task) {
-  MountPlan plan{.helper = "mount.davfs", .settings = kSettings};
+  MountPlan plan{.helper = "mount.davfs", .settings = kSettings, .failure = kUnreachable};
   // It asks for both, and takes an empty line for none.
   plan.input = task.user + "\n" + task.password + "\n";
   const std::string url = std::string(scheme) + "://" + task.address.withPort() + "/" + task.path;

@@ -80,7 +80,8 @@ MountOutcome judge(const MountPlan& plan, const ToolResult& result, std::chrono:
     return {.error = ETIMEDOUT,
             .problem = plan.helper + " was not done within " + std::to_string(seconds) + " seconds"};
   }
-  if (result.status == 0) return {};
+  const bool failed = !plan.failure.empty() && contains(result.output, plan.failure);
+  if (result.status == 0 && !failed) return {};
   return {.error = EIO,
           .problem = plan.helper + " failed with status " + std::to_string(result.status) + ": " +
                      said(plan, result.output)};

@@ -22,6 +22,7 @@ struct MountPlan {
   std::string input;                   ///< what it reads from standard input
   std::string settings;                ///< text of a file that the argument `kSettingsFile` names
   std::vector<std::pair<std::string, std::string>> variables;  ///< of its environment
+  std::string failure;  ///< words by which it says that it failed, whatever its exit status
 };
 
 /// The argument in whose place the file with the settings is named.

@@ -1,7 +1,7 @@
 // Mounting server volumes on Linux. Thread: main, which waits.
 //
 // Nothing here waits for ever: a helper is ended after 30 seconds and looking at a volume is given up after
-// 10, so that a mount comes to an end within a minute and a half whatever the server does. A mounted volume
+// 10, so that a mount comes to an end within two minutes whatever the server does. A mounted volume
 // stays mounted; the next run finds it.
 #pragma once
 

@@ -112,6 +112,7 @@ void EngineRun::installTool(const std::string& name, const std::string& script) 
 }
 
 void EngineRun::start(const std::string& display) {
+  status_.reset();
   engine_ =
       startProgram({ENGINE_PATH, {ENGINE_PATH}, environmentIn(home(), display)}, home() + "/output", pid_);
 }
