@@ -21,6 +21,8 @@ namespace {
 // None of these says that a volume stands there and is out of order.
 constexpr int kNothingThere[] = {ENOENT, ENOTDIR, EACCES, EPERM, ELOOP, ENAMETOOLONG};
 
+constexpr int kDescriptors = 1024;
+
 struct Answer {
   int error = 0;
   int device = 0;
@@ -43,6 +45,10 @@ Answer look(const char* folder, const char* above) {
 [[noreturn]] void answerThrough(int pipe, const char* folder, const char* above) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
   ::setpgid(0, 0);
+  // Should it be caught for good, it must not hold on to this process's lock, pipes or connections.
+  for (int descriptor = 0; descriptor < kDescriptors; ++descriptor) {
+    if (descriptor != pipe) ::close(descriptor);
+  }
   const Answer answer = look(folder, above);
   [[maybe_unused]] const ssize_t written = ::write(pipe, &answer, sizeof answer);
   ::_exit(0);

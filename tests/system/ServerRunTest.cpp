@@ -16,6 +16,7 @@
 
 #include "process/Files.h"
 #include "process/RunTool.h"
+#include "tests/support/SilentVolume.h"
 #include "tests/support/WaitFor.h"
 #include "tests/system/EngineRun.h"
 
@@ -302,6 +303,18 @@ TEST_F(ServerRunTest, AServerThatStopsInTheMiddleHoldsNothingUp) {
   EXPECT_THAT(engine.log(), AllOf(HasSubstr("cp: "), HasSubstr(": Input/output error")));
   EXPECT_EQ(::umount2(folder().c_str(), MNT_DETACH), 0);
   EXPECT_THAT(namesIn(folder()), ElementsAre());
+}
+
+TEST_F(ServerRunTest, AVolumeThatLostItsServerIsMountedAnew) {
+  serve("sftp");
+  configure("sftp", host(), kXmlCanary);
+  makeFolders(folder());
+  SilentVolume lost(folder());
+  ASSERT_TRUE(lost.isMounted());
+  lost.close();
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_THAT(engine.log(), HasSubstr("] Server based destination is now available\n"));
+  EXPECT_TRUE(arrived(archive("Mail")));
 }
 
 TEST_F(ServerRunTest, EveryKindOfClientReachesTheServer) {
