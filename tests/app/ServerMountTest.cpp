@@ -9,16 +9,14 @@
 namespace corvane {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
+using Events = std::vector<std::string>;
 
 const Automount kComplete{"files.local", "Backup Disk", "afp", "anna", "s3cret"};
 
 TEST(MountRequestTest, EndsAtTheFirstMissingValue) {
-  const std::vector<std::string> order{"kServerNameKey",     "kVolumeNameKey", "kTransportNameKey",
-                                       "kMountDirectoryKey", "kUserNameKey",   "kPasswordKey",
-                                       "kAsyncKey"};
+  const char* const order[] = {"kServerNameKey", "kVolumeNameKey", "kTransportNameKey", "kMountDirectoryKey",
+                               "kUserNameKey",   "kPasswordKey",   "kAsyncKey"};
   const std::pair<std::optional<std::string> Automount::*, std::size_t> rows[] = {{&Automount::server, 0},
                                                                                   {&Automount::path, 1},
                                                                                   {&Automount::protocol, 2},
@@ -32,11 +30,12 @@ TEST(MountRequestTest, EndsAtTheFirstMissingValue) {
     for (std::size_t i = 0; i < count; ++i) EXPECT_TRUE(request.contains(order[i])) << order[i];
   }
   auto complete = mountRequestFor(kComplete);
-  EXPECT_EQ(complete.size(), order.size());
+  EXPECT_EQ(complete.size(), std::size(order));
   EXPECT_FALSE(*complete["kAsyncKey"].as<bool>());
   EXPECT_EQ(*complete["kMountDirectoryKey"].as<std::string>(), "");
   complete["kMountDirectoryKey"] = {std::string("a b")};
   EXPECT_EQ(serverVolumeFrom(complete).mountDirectoryUrl, "/Volumes/Backup%20Disk/a%20b");
+  EXPECT_EQ(serverVolumeFrom({{"kServerNameKey", {std::string("h")}}}).url, "(null)://h/(null)");
 }
 
 TEST(MountRequestTest, EscapesWhatMayNotStandInAUrl) {
@@ -46,93 +45,54 @@ TEST(MountRequestTest, EscapesWhatMayNotStandInAUrl) {
 }
 
 struct CheckCase {
-  const char* name;
-  const char* mounted;  // before
+  const char* before;  // what is mounted then
+  const char* after;   // what a mount adds
   MountOutcome outcome;
-  const char* appears;
   bool available;
-  std::vector<std::string> events;
-  std::vector<const char*> log;
+  Events events;  // after the first
+  const char* log;
 };
 
-class DestinationCheckTest : public testing::TestWithParam<CheckCase> {};
-
 // A local destination that is there is no help to a run that wants a server.
-TEST_P(DestinationCheckTest, LooksMountsAndLooksAgain) {
-  FakeVolumes volumes;
-  volumes.mounted = {GetParam().mounted};
-  volumes.outcome = GetParam().outcome;
-  volumes.appears = GetParam().appears;
-  RecordingPorts ports;
-  RunRecord record;
+TEST(DestinationCheckTest, LooksMountsAndLooksAgain) {
+  const std::string mounting = "status Mounting Server Volume...";
+  const std::string changed = "changed afp://files.local/Backup%20Disk";
+  const std::string mounted = "status Backup destination mounted";
+  const std::string url = "server afp://files.local/Backup%20Disk, ";
+  const std::string success = "Sync-mounted " + url + "user == anna, refNum == -105\n";
+  const std::string failure = "Sync mount failed for " + url + "error == -5023\n";
+  const CheckCase rows[] = {
+      {"Backup Disk", "", {}, true, {}, "Server based destination is available"},
+      {"",
+       "Backup Disk",
+       {},
+       true,
+       {mounting, changed, mounted},
+       "Server based destination is now available"},
+      {"", "Backup Disk-1", {.reference = -105}, false, {mounting, changed}, success.c_str()},
+      {"", "", {.error = -5023}, false, {mounting}, failure.c_str()},
+      {"", "", {.error = 1, .problem = "no such user"}, false, {mounting}, "] no such user\n"},
+      {"", "", {.error = 1}, false, {mounting}, "Server based destination is not available"},
+      {"", "Backup Disk", {.error = 17}, true, {mounting, mounted}, "destination is now available"}};
   BackupConfiguration configuration;
   configuration.automount = kComplete;
   configuration.script.destination = "/";
-  std::string log;
-  {
-    const StandardError error;
+  for (const auto& row : rows) {
+    const StandardError log;
+    FakeVolumes volumes;
+    volumes.mounted = {row.before};
+    volumes.outcome = row.outcome;
+    volumes.appears = row.after;
+    RecordingPorts ports;
+    RunRecord record;
     const auto show = [&](const std::string& status) { ports.setStatus(status); };
-    EXPECT_EQ(isDestinationAvailable(configuration, record, volumes, ports, show), GetParam().available);
-    log = error.text();
+    EXPECT_EQ(isDestinationAvailable(configuration, record, volumes, ports, show), row.available) << row.log;
+    Events events{"status Checking backup destination..."};
+    events.insert(events.end(), row.events.begin(), row.events.end());
+    EXPECT_EQ(ports.events, events) << row.log;
+    EXPECT_THAT(log.text(), testing::AllOf(HasSubstr(row.log), testing::Not(HasSubstr("s3cret"))));
+    EXPECT_TRUE(record.useAutomount);
   }
-  EXPECT_TRUE(record.useAutomount);
-  EXPECT_EQ(ports.events, GetParam().events);
-  for (const char* line : GetParam().log) EXPECT_THAT(log, HasSubstr(std::string("] ") + line + "\n"));
-  EXPECT_THAT(log, Not(HasSubstr("s3cret")));
-}
-
-const std::string kChecking = "status Checking backup destination...";
-const std::string kMounting = "status Mounting Server Volume...";
-const std::string kChanged = "changed afp://files.local/Backup%20Disk";
-
-INSTANTIATE_TEST_SUITE_P(
-    Outcomes, DestinationCheckTest,
-    testing::Values(
-        CheckCase{
-            "There", "Backup Disk", {}, "", true, {kChecking}, {"Server based destination is available"}},
-        CheckCase{"Mounted",
-                  "Other",
-                  {.reference = -105},
-                  "Backup Disk",
-                  true,
-                  {kChecking, kMounting, kChanged, "status Backup destination mounted"},
-                  {"Sync-mounted server afp://files.local/Backup%20Disk, user == anna, refNum == -105",
-                   "Server based destination is now available"}},
-        CheckCase{"Renamed",
-                  "Other",
-                  {},
-                  "Backup Disk-1",
-                  false,
-                  {kChecking, kMounting, kChanged},
-                  {"Server based destination is not available"}},
-        CheckCase{"Failed",
-                  "",
-                  {.error = -5023, .problem = "no such user"},
-                  "",
-                  false,
-                  {kChecking, kMounting},
-                  {"Sync mount failed for server afp://files.local/Backup%20Disk, error == -5023",
-                   "no such user", "Server based destination is not available"}},
-        CheckCase{"FailedYetThere",
-                  "",
-                  {.error = 17},
-                  "Backup Disk",
-                  true,
-                  {kChecking, kMounting, "status Backup destination mounted"},
-                  {"Server based destination is now available"}}),
-    [](const auto& test) { return test.param.name; });
-
-TEST(DestinationCheck, WithoutAPathNothingIsThere) {
-  FakeVolumes volumes;
-  RecordingPorts ports;
-  RunRecord record;
-  BackupConfiguration configuration;
-  configuration.automount = Automount{.server = "files.local"};
-  const StandardError error;
-  EXPECT_FALSE(isDestinationAvailable(configuration, record, volumes, ports, [](const auto&) {}));
-  ASSERT_EQ(volumes.asked.size(), 1U);
-  EXPECT_EQ(volumes.asked[0].url, "(null)://files.local/(null)");
-  EXPECT_EQ(volumes.asked[0].user, std::nullopt);
 }
 
 }  // namespace
