@@ -17,6 +17,7 @@ MountFolder::MountFolder(const std::string& path) {
     const std::string folder = path.substr(0, slash);
     if (::mkdir(folder.c_str(), 0755) == 0) {
       made_.push_back(folder);
+      ::chmod(folder.c_str(), 0755);  // others have volumes there, too
     } else if (errno != EEXIST) {
       problem_ = errnoSentence("make", folder);
       return;

@@ -13,16 +13,17 @@ namespace corvane {
 namespace {
 
 constexpr std::chrono::seconds kHelperLimit{30};
-constexpr std::chrono::seconds kLookLimit{10};
+constexpr std::chrono::seconds kLookLimit{30};  // long enough for a server whose disks have to start turning
 
 std::string unusable(const std::string& folder, int error) {
   return "cannot use " + folder + ": " + std::strerror(error);
 }
 
-// A volume that lost its server would keep the new one from its place, so it is taken away.
+// A volume that lost its server would keep the new one from its place, so it is taken away. One that is
+// merely slow to answer may be at work for somebody else.
 VolumeLook lookAndClear(const std::string& folder) {
   const VolumeLook look = lookAtVolume(folder, kLookLimit);
-  if (look.state != VolumeState::broken) return look;
+  if (look.state != VolumeState::broken || look.error == ETIMEDOUT) return look;
   detachVolume(folder, kLookLimit);
   return lookAtVolume(folder, kLookLimit);
 }

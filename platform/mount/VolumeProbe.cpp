@@ -54,6 +54,20 @@ Answer look(const char* folder, const char* above) {
   ::_exit(0);
 }
 
+// Signals do not shorten the wait.
+bool answersWithin(int pipe, std::chrono::milliseconds limit) {
+  using Clock = std::chrono::steady_clock;
+  const auto end = Clock::now() + limit;
+  pollfd waiting{pipe, POLLIN, 0};
+  for (auto left = limit; left.count() >= 0;
+       left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now())) {
+    const int ready = ::poll(&waiting, 1, static_cast<int>(left.count()));
+    if (ready > 0) return true;
+    if (ready == 0 || errno != EINTR) return false;
+  }
+  return false;
+}
+
 VolumeLook read(const Answer& answer) {
   if (answer.error == 0) return {VolumeState::mounted, answer.device, 0};
   const bool nothing =
@@ -73,10 +87,8 @@ VolumeLook lookAtVolume(const std::string& folder, std::chrono::milliseconds lim
   ::setpgid(pid, pid);  // whoever comes first
   ChildProcess observer(pid);
   pipe.closeWriteEnd();
-  pollfd waiting{pipe.readEnd, POLLIN, 0};
   Answer answer{ETIMEDOUT};
-  if (::poll(&waiting, 1, static_cast<int>(limit.count())) > 0 &&
-      ::read(pipe.readEnd, &answer, sizeof answer) != sizeof answer) {
+  if (answersWithin(pipe.readEnd, limit) && ::read(pipe.readEnd, &answer, sizeof answer) != sizeof answer) {
     answer = {EIO};
   }
   return read(answer);
