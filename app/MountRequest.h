@@ -25,8 +25,8 @@ inline constexpr const char* kAsyncKey = "kAsyncKey";
 /// protocol it holds the server and the volume only. The system chooses the mount directory.
 [[nodiscard]] MountRequest mountRequestFor(const Automount& automount);
 
-/// `text` with every byte that may not stand in a URL as "%" and two hexadecimal digits. What separates the
-/// parts of a URL stays, and so the escapes of "%" itself tell that it was there before.
+/// `text` with every byte that may not stand in a URL as "%" and two hexadecimal digits, "%" and "#" among
+/// them. The other characters that separate the parts of a URL stay.
 [[nodiscard]] std::string percentEscaped(std::string_view text);
 
 /// What the request stands for. A value that is not in it reads "(null)" in the URL.

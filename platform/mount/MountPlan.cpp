@@ -49,9 +49,9 @@ bool holdsAnyOf(std::string_view text, std::string_view bytes) {
 }
 
 // What is wrong with the values; nothing when they can be meant.
-std::string_view complaint(const ServerVolume& volume, const Protocol& protocol, const MountTask& task) {
+std::string_view complaint(const Protocol& protocol, const MountTask& task) {
   if (!isVolumeName(task.path) || holdsAnyOf(task.path, protocol.notInPath)) return "the path cannot be used";
-  if (task.address.host.empty() || !volume.server) return "the server's name cannot be used";
+  if (task.address.host.empty()) return "the server's name cannot be used";
   if (task.user.starts_with('-') || holdsAnyOf(task.user, protocol.notInUser)) {
     return "the user's name cannot be used";
   }
@@ -84,7 +84,7 @@ std::optional<MountPlan> mountPlanFor(const ServerVolume& volume, const std::str
                        .user = volume.user.value_or(""),
                        .password = volume.password.value_or(""),
                        .folder = folder};
-  const auto problem = complaint(volume, *protocol, task);
+  const auto problem = complaint(*protocol, task);
   if (!problem.empty()) return refuse(EINVAL, problem);
   return protocol->plan(task);
 }
