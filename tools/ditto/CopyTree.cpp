@@ -16,20 +16,23 @@ struct Paths {
   std::string to;
 };
 
-class Copier : public TreeVisitor {
+class Copier {
  public:
   Copier(Descriptor destination, const Options& options, Report& report)
       : folders_(std::move(destination)), root_(folders_.identity()), options_(options), report_(report) {}
 
-  bool enterFolder(const WalkItem& item) override;
-  void leaveFolder(const WalkItem& item, int folder) override;
-  void file(const WalkItem& item, int file) override;
-  void link(const WalkItem& item, const std::string& target) override;
-  bool mustStop() const override { return lost_; }
+  void copy(TreeWalk walk);
 
  private:
-  [[nodiscard]] std::string shown(const WalkItem& item) const {
-    return below(options_.destination, item.path);
+  [[nodiscard]] bool enterFolder(const WalkStep& step, FileIdentity source);
+  void leaveFolder(const WalkStep& step, int source);
+  void copyOneFile(const WalkStep& step, int source);
+  void copyLink(const WalkStep& step, int source);
+  [[nodiscard]] std::string shown(const WalkStep& step) const {
+    return below(options_.destination, step.path);
+  }
+  [[nodiscard]] std::string shownSource(const WalkStep& step) const {
+    return step.path.empty() ? options_.source : below(options_.source, step.path);
   }
 
   FolderStack folders_;
@@ -55,39 +58,70 @@ void copyFile(int file, const struct stat& status, TargetFile& target, const Pat
   if (!copyAttributes(file, status, target.file(), kept) || !target.putInPlace()) report.failErrno(shown.to);
 }
 
-bool Copier::enterFolder(const WalkItem& item) {
+void Copier::copy(TreeWalk walk) {
+  for (WalkStep step; !lost_ && walk.next(step);) {
+    const int source = walk.folders().top();
+    switch (step.kind) {
+      case WalkStep::file:
+        copyOneFile(step, source);
+        break;
+      case WalkStep::link:
+        copyLink(step, source);
+        break;
+      case WalkStep::enter:
+        if (!enterFolder(step, walk.folders().identity())) walk.skip();
+        break;
+      case WalkStep::leave:
+        leaveFolder(step, source);
+        break;
+      case WalkStep::failure:
+        report_.fail(shownSource(step), step.cause);
+    }
+  }
+}
+
+bool Copier::enterFolder(const WalkStep& step, FileIdentity source) {
   // The destination may lie in the source: it would be copied into itself without end.
-  if (FileIdentity(item.status) == root_) return false;
-  Descriptor folder = makeFolder(folders_.top(), item.name, S_IRWXU);
+  if (source == root_) return false;
+  Descriptor folder = makeFolder(folders_.top(), step.lastName(), S_IRWXU);
   if (!folder.isOpen()) {
-    report_.failErrno(shown(item));
+    report_.failErrno(shown(step));
     return false;
   }
   folders_.push(std::move(folder));
   return true;
 }
 
-void Copier::leaveFolder(const WalkItem& item, int folder) {
-  if (!copyAttributes(folder, item.status, folders_.top(), keptAttributes(options_))) {
-    report_.failErrno(shown(item));
+void Copier::leaveFolder(const WalkStep& step, int source) {
+  if (!copyAttributes(source, step.status, folders_.top(), keptAttributes(options_))) {
+    report_.failErrno(shown(step));
   }
   if (folders_.pop()) return;
-  report_.fail(shown(item), "was moved while it was written");
+  report_.fail(shown(step), "was moved while it was written");
   lost_ = true;
 }
 
-void Copier::file(const WalkItem& item, int file) {
-  TargetFile target(folders_.top(), item.name);
-  copyFile(file, item.status, target, {below(options_.source, item.path), shown(item)},
-           keptAttributes(options_), report_);
+void Copier::copyOneFile(const WalkStep& step, int source) {
+  struct stat status {};
+  std::string cause;
+  const Descriptor file = openFile(source, step.lastName(), status, cause);
+  if (!file.isOpen()) return report_.fail(shownSource(step), cause);
+  TargetFile target(folders_.top(), step.lastName());
+  copyFile(file.get(), status, target, {shownSource(step), shown(step)}, keptAttributes(options_), report_);
 }
 
-void Copier::link(const WalkItem& item, const std::string& target) {
-  report_.progress(below(options_.source, item.path));
-  TargetFile copy(folders_.top(), item.name);
-  if (!copy.createLink(target) ||
-      !setLinkAttributes(folders_.top(), copy.temporaryName().c_str(), item.status) || !copy.putInPlace()) {
-    report_.failErrno(shown(item));
+void Copier::copyLink(const WalkStep& step, int source) {
+  struct stat status {};
+  std::string linked;
+  std::string cause;
+  if (!readLink(source, step.lastName(), linked, status, cause)) {
+    return report_.fail(shownSource(step), cause);
+  }
+  report_.progress(shownSource(step));
+  TargetFile copy(folders_.top(), step.lastName());
+  if (!copy.createLink(linked) || !setLinkAttributes(folders_.top(), copy.temporaryName().c_str(), status) ||
+      !copy.putInPlace()) {
+    report_.failErrno(shown(step));
   }
 }
 
@@ -98,8 +132,7 @@ void copyFolder(Descriptor source, const struct stat& status, const Options& opt
   const Descriptor attributed(::dup(destination.get()));
   const Descriptor original(::dup(source.get()));
   if (!attributed.isOpen() || !original.isOpen()) return report.failErrno(options.destination);
-  Copier copier(std::move(destination), options, report);
-  TreeWalk(std::move(source), options.source, copier, report).run(options.oneFileSystem);
+  Copier(std::move(destination), options, report).copy(TreeWalk(std::move(source), options.oneFileSystem));
   // A folder that was there before may be anything, even the root of a volume: it keeps its own.
   if (isNew && !copyAttributes(original.get(), status, attributed.get(), keptAttributes(options))) {
     report.failErrno(options.destination);

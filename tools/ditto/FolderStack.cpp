@@ -21,20 +21,20 @@ FolderStack::FolderStack(Descriptor root) { push(std::move(root)); }
 
 void FolderStack::push(Descriptor folder) {
   const FileIdentity identity = identityOf(folder.get());
-  levels_.push_back({std::move(folder), identity});
-  if (levels_.size() > kOpenFolders) levels_[levels_.size() - kOpenFolders].folder.close();
+  levels_.push_back({std::make_shared<const Descriptor>(std::move(folder)), identity});
+  if (levels_.size() > kOpenFolders) levels_[levels_.size() - kOpenFolders].folder.reset();
 }
 
 bool FolderStack::pop() {
   Level& around = levels_[levels_.size() - 2];
-  if (!around.folder.isOpen()) {
+  if (!around.folder) {
     Descriptor again(::openat(top(), "..", kFolder));
     if (!again.isOpen()) return false;
     if (identityOf(again.get()) != around.identity) {
       errno = ESTALE;
       return false;
     }
-    around.folder = std::move(again);
+    around.folder = std::make_shared<const Descriptor>(std::move(again));
   }
   levels_.pop_back();
   return true;

@@ -1,25 +1,28 @@
 // The folders from the root of a tree down to the one that is worked in. They are held open rather than
 // named, so that a link put in the place of one of them is never followed and paths may be longer than the
-// system takes; of a deep tree only the innermost are open at a time. Thread: one at a time.
+// system takes; of a deep tree only the innermost are open at a time. Thread: one at a time; what share()
+// answers may be kept and let go by any.
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "tools/ditto/Descriptor.h"
 
 namespace corvane::ditto {
 
+using SharedFolder = std::shared_ptr<const Descriptor>;
+
 class FolderStack {
  public:
   explicit FolderStack(Descriptor root);
 
   /// The innermost folder; belongs to the stack and is open until it is popped or two more are pushed.
-  [[nodiscard]] int top() const { return levels_.back().folder.get(); }
+  [[nodiscard]] int top() const { return levels_.back().folder->get(); }
+  /// The same, open for as long as anybody holds it.
+  [[nodiscard]] SharedFolder share() const { return levels_.back().folder; }
   [[nodiscard]] FileIdentity identity() const { return levels_.back().identity; }
-
-  /// How many folders lie below the root.
-  [[nodiscard]] std::size_t depth() const { return levels_.size() - 1; }
 
   void push(Descriptor folder);
 
@@ -29,7 +32,7 @@ class FolderStack {
 
  private:
   struct Level {
-    Descriptor folder;
+    SharedFolder folder;  // none of those far out
     FileIdentity identity;
   };
 

@@ -1,15 +1,17 @@
 #include "tools/ditto/Options.h"
 
 #include <getopt.h>
+#include <cstdlib>
 
 namespace corvane::ditto {
 namespace {
 
-enum LongOption { keepParent = 256, withoutAttributes, withoutLists, accepted };
+enum LongOption { keepParent = 256, threadCount, withoutAttributes, withoutLists, accepted };
 
 // What speaks of resource forks, quarantine and their place in an archive has nothing to act on here, where
 // files have neither: accepted, so that a script for the other system runs unchanged.
 constexpr option kLongOptions[] = {{"keepParent", no_argument, nullptr, keepParent},
+                                   {"threads", required_argument, nullptr, threadCount},
                                    {"norsrc", no_argument, nullptr, withoutAttributes},
                                    {"noextattr", no_argument, nullptr, withoutAttributes},
                                    {"noacl", no_argument, nullptr, withoutLists},
@@ -26,6 +28,14 @@ struct Letters {
   bool extract = false;
   bool zip = false;
 };
+
+constexpr std::size_t kMostThreads = 64;
+
+bool readThreads(const char* text, std::size_t& threads) {
+  char* end = nullptr;
+  threads = std::strtoul(text, &end, 10);
+  return *text >= '0' && *text <= '9' && *end == '\0' && threads <= kMostThreads;
+}
 
 bool apply(int option, Options& options, Letters& letters) {
   switch (option) {
@@ -48,6 +58,8 @@ bool apply(int option, Options& options, Letters& letters) {
     case keepParent:
       options.keepParent = true;
       break;
+    case threadCount:
+      return readThreads(optarg, options.threads);
     case withoutAttributes:
       options.extendedAttributes = false;
       break;
@@ -88,7 +100,7 @@ std::optional<Options> parseOptions(int count, char* arguments[]) {
 
 const char* usage() {
   return "usage: ditto [-XvV] [--norsrc] [--noextattr] [--noacl] SOURCE DESTINATION\n"
-         "       ditto -c -k [-XvV] [--keepParent] SOURCE ARCHIVE\n"
+         "       ditto -c -k [-XvV] [--keepParent] [--threads N] SOURCE ARCHIVE\n"
          "       ditto -x -k [-vV] ARCHIVE DESTINATION\n";
 }
 

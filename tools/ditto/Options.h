@@ -1,6 +1,7 @@
 // The command line. Thread: main (getopt keeps state).
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -14,6 +15,7 @@ struct Options {
   bool keepParent = false;         ///< the archive's root is the source folder itself, not its contents
   bool extendedAttributes = true;  ///< copied along
   bool accessControlLists = true;  ///< copied along
+  std::size_t threads = 0;         ///< that compress; 0: as many as are of use
   bool verbose = false;            ///< one line for each thing that is copied
   std::string source;
   std::string destination;

@@ -52,6 +52,39 @@ std::string ownName(const std::string& path) {
   return real.substr(real.rfind('/') + 1);
 }
 
+Descriptor openFile(int folder, const char* name, struct stat& status, std::string& cause) {
+  // Should a pipe or a device have taken the place of what was listed, opening must neither wait nor act.
+  constexpr int kWithoutEffect = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  Descriptor file(::openat(folder, name, kWithoutEffect));
+  if (!file.isOpen() || ::fstat(file.get(), &status) != 0) {
+    cause = std::strerror(errno);
+    return Descriptor();
+  }
+  if (S_ISREG(status.st_mode)) return file;
+  cause = "is no longer a file";
+  return Descriptor();
+}
+
+Descriptor openAgain(int opened, struct stat& status, std::string& cause) {
+  Descriptor file(::fcntl(opened, F_DUPFD_CLOEXEC, 0));
+  if (file.isOpen() && ::fstat(file.get(), &status) == 0) return file;
+  cause = std::strerror(errno);
+  return Descriptor();
+}
+
+bool readLink(int folder, const char* name, std::string& target, struct stat& status, std::string& cause) {
+  target.resize(PATH_MAX + 1);
+  const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
+  if (length < 0 || ::fstatat(folder, name, &status, AT_SYMLINK_NOFOLLOW) != 0) {
+    cause = std::strerror(errno);
+    return false;
+  }
+  target.resize(static_cast<std::size_t>(length));
+  if (S_ISLNK(status.st_mode)) return true;
+  cause = "is no longer a link";
+  return false;
+}
+
 Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cause) {
   // One byte more than expected, to see at once that a small file has grown.
   std::vector<char> buffer(static_cast<std::size_t>(std::min<off_t>(size + 1, kPiece)));
@@ -63,7 +96,7 @@ Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cau
       return Transfer::unreadable;
     }
     if (count > left || (count == 0 && left > 0)) {
-      cause = "changed while it was read";
+      cause = kChanged;
       return Transfer::unreadable;
     }
     if (count == 0) return Transfer::done;

@@ -19,6 +19,20 @@ namespace corvane::ditto {
 /// Empty for the root of the file system.
 [[nodiscard]] std::string ownName(const std::string& path);
 
+/// Opens the regular file `name` of `folder` without an effect on whatever has taken its place. Not open, and
+/// `cause` says why, when it is none any more or cannot be opened.
+[[nodiscard]] Descriptor openFile(int folder, const char* name, struct stat& status, std::string& cause);
+
+/// The open regular file `opened` a second time, as openFile().
+[[nodiscard]] Descriptor openAgain(int opened, struct stat& status, std::string& cause);
+
+/// What the link `name` of `folder` points to. False, and `cause` says why, when it cannot be read.
+[[nodiscard]] bool readLink(int folder, const char* name, std::string& target, struct stat& status,
+                            std::string& cause);
+
+/// The cause given for a file whose size is not what it was.
+inline constexpr const char* kChanged = "changed while it was read";
+
 enum class Transfer { done, unreadable, unwritable };
 
 /// Takes the next bytes of a file; false, with errno, when it cannot.

@@ -30,24 +30,6 @@ extern "C" void removeTemporaryAndEnd(int signal) {
   ::raise(signal);
 }
 
-class SignalsHeldBack {
- public:
-  SignalsHeldBack() {
-    const sigset_t signals = endingSignals();
-    ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
-  }
-  ~SignalsHeldBack() {
-    const int problem = errno;
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-    errno = problem;
-  }
-  SignalsHeldBack(const SignalsHeldBack&) = delete;
-  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
-
- private:
-  sigset_t before_{};
-};
-
 bool randomName(std::string& name) {
   std::uint64_t number = 0;
   if (::getrandom(&number, sizeof number, 0) != sizeof number) return false;
@@ -61,6 +43,17 @@ bool randomName(std::string& name) {
 bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP; }
 
 }  // namespace
+
+SignalsHeldBack::SignalsHeldBack() {
+  const sigset_t signals = endingSignals();
+  ::pthread_sigmask(SIG_BLOCK, &signals, &before_);
+}
+
+SignalsHeldBack::~SignalsHeldBack() {
+  const int problem = errno;
+  ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  errno = problem;
+}
 
 void removeTemporaryOnSignals() {
   for (const int signal : kEndingSignals) {
@@ -119,6 +112,17 @@ bool TargetFile::write(std::span<const char> bytes) {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return false;
     bytes = bytes.subspan(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+bool TargetFile::rewrite(off_t position, std::span<const char> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::pwrite(file_.get(), bytes.data(), bytes.size(), position);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(count));
+    position += count;
   }
   return true;
 }

@@ -20,6 +20,19 @@ inline constexpr std::array kEndingSignals = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
 /// as it would have.
 void removeTemporaryOnSignals();
 
+/// While one exists, they wait: for the thread that made it and those that this one starts meanwhile.
+class SignalsHeldBack {
+ public:
+  SignalsHeldBack();
+  /// Keeps errno.
+  ~SignalsHeldBack();
+  SignalsHeldBack(const SignalsHeldBack&) = delete;
+  SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
 class TargetFile {
  public:
   /// To be known as `name` in `folder`, which stays open as long as this object lives.
@@ -32,6 +45,7 @@ class TargetFile {
   [[nodiscard]] bool create();  ///< empty, for its owner only
   [[nodiscard]] bool createLink(const std::string& target);
   [[nodiscard]] bool write(std::span<const char> bytes);
+  [[nodiscard]] bool rewrite(off_t position, std::span<const char> bytes);  ///< of what was written
 
   /// Everything written is on the disk, and then the name is the target's, in place of an earlier one.
   [[nodiscard]] bool putInPlace();

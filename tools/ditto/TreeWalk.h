@@ -1,76 +1,63 @@
-// Goes through a folder's tree: every folder before what is in it, the names of each folder in the order of
-// their bytes. Links are never followed, nothing but regular files is opened for reading, and what has
-// another kind than it had when it was listed is reported. Thread: one at a time.
+// Goes through a folder's tree step by step: every folder before what is in it, the names of each folder in
+// the order of their bytes. Links are never followed, and nothing but folders is opened: what else there is
+// the folders say themselves, without a look at each file. Thread: one at a time.
 #pragma once
 
 #include <sys/stat.h>
 #include <string>
 #include <vector>
 
+#include "tools/ditto/FolderListing.h"
 #include "tools/ditto/FolderStack.h"
-#include "tools/ditto/Report.h"
 
 namespace corvane::ditto {
 
-struct WalkItem {
-  const std::string& path;    ///< below the root: names with slashes between them
-  const char* name;           ///< the last name of `path`
-  const struct stat& status;  ///< of files and folders as they were opened
-};
+struct WalkStep {
+  enum Kind { file, link, enter, leave, failure };
 
-/// What is done with the tree. References and descriptors are valid during the call only.
-class TreeVisitor {
- public:
-  virtual ~TreeVisitor() = default;
+  Kind kind = failure;
+  std::string path;       ///< below the root: names with slashes between them; empty for the root itself
+  std::size_t name = 0;   ///< where in `path` the last name begins
+  struct stat status {};  ///< of a folder that is entered or left, as it was opened
+  std::string cause;      ///< of a failure
 
-  /// True for what is to be passed over in silence: `name` in the folder `parent`.
-  [[nodiscard]] virtual bool leavesOut(const FileIdentity&, const std::string&) const { return false; }
-
-  /// False when the folder shall be passed over; leaveFolder() is then not called.
-  [[nodiscard]] virtual bool enterFolder(const WalkItem& item) = 0;
-  /// After all that is in it.
-  virtual void leaveFolder(const WalkItem& item, int folder) = 0;
-  virtual void file(const WalkItem& item, int file) = 0;
-  virtual void link(const WalkItem& item, const std::string& target) = 0;
-
-  /// True when going on has no use.
-  [[nodiscard]] virtual bool mustStop() const = 0;
+  [[nodiscard]] const char* lastName() const { return path.c_str() + name; }
 };
 
 class TreeWalk {
  public:
-  /// `rootPath` names the root in messages. What cannot be read is reported, and the walk goes on.
-  TreeWalk(Descriptor root, std::string rootPath, TreeVisitor& visitor, Report& report);
+  /// `oneFileSystem`: folders of another device are entered and left, and nothing in between.
+  TreeWalk(Descriptor root, bool oneFileSystem);
 
-  /// Visits everything below the root, not the root itself. `oneFileSystem`: not what is in folders of
-  /// another device.
-  void run(bool oneFileSystem);
+  /// Puts the next step in the place of the last one, which is to be the same object each time; false behind
+  /// the last. After a failure the walk goes on if it can. The root is neither entered nor left.
+  [[nodiscard]] bool next(WalkStep& step);
+
+  /// Leaves out what is in the folder that was just entered; it is not left either.
+  void skip();
+
+  /// The folder in which the last step's name is, or which was entered or is left by it.
+  [[nodiscard]] const FolderStack& folders() const { return folders_; }
 
  private:
   struct Level {
-    std::vector<std::string> names;
+    FolderListing names;
     std::size_t next = 0;
     std::size_t pathLength = 0;
     struct stat status {};
   };
 
-  void visit(const std::string& name);
-  void visitFolder(const std::string& name);
-  void visitFile(const std::string& name);
-  void visitLink(const std::string& name, const struct stat& status);
-  [[nodiscard]] Descriptor open(const std::string& name, int flags, struct stat& status);
-  void descend(Descriptor folder, const struct stat& status);
-  void leave();
-  [[nodiscard]] std::string shownPath() const;
+  void list(WalkStep& step);
+  void visit(std::size_t index, WalkStep& step);
+  void enter(WalkStep& step);
+  void leave(WalkStep& step);
+  void fail(WalkStep& step) const;
 
   FolderStack folders_;
-  std::string rootPath_;
-  TreeVisitor& visitor_;
-  Report& report_;
+  bool oneFileSystem_;
+  dev_t device_ = 0;
   std::vector<Level> levels_;
-  std::string path_;
-  bool oneFileSystem_ = false;
-  bool lost_ = false;
+  enum class Pending { none, list, pop } pending_ = Pending::list;  // what the next step begins with
 };
 
 }  // namespace corvane::ditto

@@ -1,8 +1,10 @@
 #include "tools/ditto/ZipArchive.h"
 
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
+#include "tools/ditto/Crew.h"
 #include "tools/ditto/Source.h"
 #include "tools/ditto/TargetFile.h"
 #include "tools/ditto/TreeWalk.h"
@@ -11,78 +13,86 @@
 namespace corvane::ditto {
 namespace {
 
-class Archiver : public TreeVisitor {
+// The source as a row of items.
+class SourceItems {
  public:
-  Archiver(const Options& options, TargetFile& target, Report& report)
-      : options_(options), target_(target), writer_(target), report_(report) {}
-
-  void archive(Descriptor source, const struct stat& status);
-
-  bool leavesOut(const FileIdentity& folder, const std::string& name) const override {
-    return target_.isNamed(folder, name);
+  SourceItems(Descriptor source, const struct stat& status, const Options& options, const TargetFile& target)
+      : target_(target) {
+    if (!S_ISDIR(status.st_mode) || options.keepParent) addRoot(source, status);
+    if (S_ISDIR(status.st_mode)) walk_.emplace(std::move(source), options.oneFileSystem);
   }
-  bool enterFolder(const WalkItem& item) override;
-  void leaveFolder(const WalkItem&, int) override {}
-  void file(const WalkItem& item, int file) override;
-  void link(const WalkItem& item, const std::string& target) override;
-  bool mustStop() const override { return unwritable_; }
+
+  bool next(Item& item) {
+    if (root_) {
+      item = *std::exchange(root_, std::nullopt);
+      return true;
+    }
+    while (walk_ && walk_->next(step_)) {
+      const FolderStack& folders = walk_->folders();
+      const bool isEntry = step_.kind == WalkStep::file || step_.kind == WalkStep::link;
+      if (step_.kind == WalkStep::leave) continue;
+      if (isEntry && target_.isNamed(folders.identity(), step_.lastName())) continue;
+      item = {step_, folders.share()};
+      return true;
+    }
+    return false;
+  }
 
  private:
-  void archiveFolder(Descriptor source, const struct stat& status);
-  void note(Transfer transfer, const std::string& shown);
-  [[nodiscard]] std::string shown(const WalkItem& item) const { return below(options_.source, item.path); }
+  void addRoot(Descriptor& source, const struct stat& status) {
+    WalkStep step;
+    step.kind = S_ISDIR(status.st_mode) ? WalkStep::enter : WalkStep::file;
+    step.status = status;
+    Descriptor kept = S_ISDIR(status.st_mode) ? Descriptor() : std::move(source);
+    root_ = Item{step, std::make_shared<const Descriptor>(std::move(kept))};
+  }
 
-  const Options& options_;
-  TargetFile& target_;
-  ZipWriter writer_;
-  Report& report_;
-  std::string prefix_;  // of every name in the archive
-  bool unwritable_ = false;
+  const TargetFile& target_;
+  std::optional<Item> root_;
+  std::optional<TreeWalk> walk_;
+  WalkStep step_;
 };
 
-void Archiver::archive(Descriptor source, const struct stat& status) {
-  if (S_ISDIR(status.st_mode)) {
-    archiveFolder(std::move(source), status);
-  } else {
-    report_.progress(options_.source);
-    note(writer_.addFile(ownName(options_.source), status, source.get()), options_.source);
-  }
-  if (!report_.failed() && !writer_.finish()) note(Transfer::unwritable, "");
+ArchiveNames namesFor(const Options& options, const struct stat& status) {
+  ArchiveNames names{options.source, ownName(options.source), ""};
+  const bool hasParent = S_ISDIR(status.st_mode) && options.keepParent && !names.root.empty();
+  if (hasParent) names.prefix = names.root + '/';
+  return names;
 }
 
-void Archiver::archiveFolder(Descriptor source, const struct stat& status) {
-  const std::string parent = options_.keepParent ? ownName(options_.source) : "";
-  if (!parent.empty()) {
-    note(writer_.addFolder(parent, status), options_.source);
-    prefix_ = parent + '/';
-  }
-  TreeWalk(std::move(source), options_.source, *this, report_).run(options_.oneFileSystem);
-}
-
-void Archiver::note(Transfer transfer, const std::string& shown) {
-  if (transfer == Transfer::unreadable) report_.fail(shown, writer_.cause());
-  if (transfer != Transfer::unwritable) return;
-  unwritable_ = true;
-  report_.fail(options_.destination, writer_.cause());
-}
-
-bool Archiver::enterFolder(const WalkItem& item) {
-  if (!report_.failed()) note(writer_.addFolder(prefix_ + item.path, item.status), shown(item));
-  return !unwritable_;
-}
-
-// After a failure nothing is added any more; the walk goes on for the sake of the report, since what cannot
+// After a failure nothing is written any more; the walk goes on for the sake of the report, since what cannot
 // be opened is better named all at once than run by run.
-void Archiver::file(const WalkItem& item, int file) {
-  if (report_.failed()) return;
-  report_.progress(shown(item));
-  note(writer_.addFile(prefix_ + item.path, item.status, file), shown(item));
+void deliver(const Piece& piece, ZipWriter& writer, Outbox& outbox, const Options& options, Report& report) {
+  for (const Message& message : piece.messages) {
+    if (message.cause.empty()) {
+      report.progress(message.path);
+    } else {
+      report.fail(message.path, message.cause);
+    }
+  }
+  if (report.failed()) {
+    if (outbox.demand() == Demand::everything) outbox.setDemand(Demand::failures);
+  } else if (!writer.add(piece)) {
+    report.failErrno(options.destination);
+    outbox.setDemand(Demand::nothing);
+  }
 }
 
-void Archiver::link(const WalkItem& item, const std::string& target) {
-  if (report_.failed()) return;
-  report_.progress(shown(item));
-  note(writer_.addLink(prefix_ + item.path, item.status, target), shown(item));
+void archive(const ArchiveNames& names, SourceItems& items, TargetFile& target, const Options& options,
+             Report& report) {
+  const std::size_t threads = options.threads > 0 ? options.threads : usefulThreads();
+  WorkQueue queue([&items](Item& item) { return items.next(item); });
+  Outbox outbox(threads);
+  ZipWriter writer(target);
+  const Crew crew(threads, {names, options.verbose, queue, outbox});
+  while (outbox.demand() != Demand::nothing) {
+    auto piece = outbox.next();
+    if (!piece) break;
+    deliver(*piece, writer, outbox, options, report);
+    outbox.reuse(std::move(piece->bytes));
+  }
+  if (!outbox.problem().empty()) report.fail(options.source, outbox.problem());
+  if (!report.failed() && !writer.finish()) report.failErrno(options.destination);
 }
 
 // The permissions that the user's other new files have. A file system without permissions is no obstacle.
@@ -102,7 +112,9 @@ void createArchive(const Options& options, Report& report) {
   if (!place.folder.isOpen()) return report.failErrno(options.destination);
   TargetFile target(place.folder.get(), place.name);
   if (!target.create()) return report.failErrno(options.destination);
-  Archiver(options, target, report).archive(std::move(source), status);
+  const ArchiveNames names = namesFor(options, status);
+  SourceItems items(std::move(source), status, options, target);
+  archive(names, items, target, options, report);
   if (report.failed()) return;
   giveUsualMode(target.file());
   if (!target.putInPlace()) return report.failErrno(options.destination);

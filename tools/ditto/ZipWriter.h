@@ -1,54 +1,34 @@
-// Writes the entries of a PKZip archive: names as they are, marked as UTF-8 when they are that; modes,
-// symbolic links and times to the second; large archives and files in the 64-bit form. Extended attributes
-// have no place in it. Owner: whoever made the target, which outlives it. Thread: one at a time, and no other
-// may depend on the character set of the locale meanwhile.
+// Puts an archive together from its pieces. Owner: whoever made the target, which outlives it. Thread: one at
+// a time.
 #pragma once
 
-#include <sys/stat.h>
-#include <string>
+#include <vector>
 
-#include "tools/ditto/Source.h"
+#include "tools/ditto/Piece.h"
 #include "tools/ditto/TargetFile.h"
-
-struct archive;
-struct archive_entry;
 
 namespace corvane::ditto {
 
 class ZipWriter {
  public:
-  explicit ZipWriter(TargetFile& target);
-  ~ZipWriter();
-  ZipWriter(const ZipWriter&) = delete;
-  ZipWriter& operator=(const ZipWriter&) = delete;
+  explicit ZipWriter(TargetFile& target) : target_(target) {}
 
-  /// Each of these answers `unwritable` when the archive cannot be continued; cause() says why.
-  /// Names have slashes between them and none at the end.
-  [[nodiscard]] Transfer addFolder(const std::string& name, const struct stat& status);
-  [[nodiscard]] Transfer addLink(const std::string& name, const struct stat& status,
-                                 const std::string& target);
-  /// `unreadable`: `file` could not be read to its end, and the archive is of no more use.
-  [[nodiscard]] Transfer addFile(const std::string& name, const struct stat& status, int file);
-
-  /// Writes what follows the last entry. False when the archive is not complete.
+  /// Each of these answers false, and errno, when the target could not be written.
+  /// Pieces come in their order, and none of a file that failed.
+  [[nodiscard]] bool add(const Piece& piece);
+  /// Writes what follows the last entry.
   [[nodiscard]] bool finish();
 
-  /// Why the last operation failed.
-  [[nodiscard]] const std::string& cause() const { return cause_; }
-
  private:
-  friend struct ZipWriterCallbacks;
-
-  [[nodiscard]] bool succeeded(int result) const;
-  [[nodiscard]] Transfer begin(const std::string& name, const struct stat& status, const std::string& target);
-  [[nodiscard]] Transfer fail();
+  [[nodiscard]] bool write(Bytes bytes);
+  void addToDirectory(const ZipEntry& entry);
+  [[nodiscard]] bool finishLarge();
 
   TargetFile& target_;
-  struct archive* archive_;
-  struct archive_entry* entry_;
-  std::string cause_;
-  bool open_ = false;
-  int problem_ = 0;  // why the target could not be written
+  std::uint64_t position_ = 0;
+  std::vector<Buffer> directory_;  // in pieces: growing, a whole one would be there twice
+  std::uint64_t entries_ = 0;
+  ZipEntry large_;  // whose blocks are being added
 };
 
 }  // namespace corvane::ditto

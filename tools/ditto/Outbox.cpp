@@ -1,0 +1,68 @@
+#include "tools/ditto/Outbox.h"
+
+#include <utility>
+
+namespace corvane::ditto {
+namespace {
+
+constexpr std::size_t kMostRoom = std::size_t{12} << 20;
+
+}  // namespace
+
+void Outbox::awaitTurn(Place place) {
+  std::unique_lock lock(mutex_);
+  written_.wait(lock, [&] { return room_ < kMostRoom || place == next_ || demand_ == Demand::nothing; });
+}
+
+Buffer Outbox::buffer() {
+  const std::scoped_lock lock(mutex_);
+  if (unused_.empty()) return {};
+  Buffer buffer = std::move(unused_.back());
+  unused_.pop_back();
+  buffer.cut(0);
+  return buffer;
+}
+
+void Outbox::put(Place place, Piece piece) {
+  const std::scoped_lock lock(mutex_);
+  room_ += piece.bytes.capacity();
+  pieces_.emplace(place, std::move(piece));
+  if (place == next_) arrived_.notify_one();
+}
+
+void Outbox::makerEnded(const std::string& problem) {
+  const std::scoped_lock lock(mutex_);
+  --makers_;
+  if (!problem.empty()) {
+    problem_ = problem;
+    demand_ = Demand::nothing;
+    written_.notify_all();
+  }
+  arrived_.notify_one();
+}
+
+void Outbox::setDemand(Demand demand) {
+  const std::scoped_lock lock(mutex_);
+  demand_ = demand;
+  written_.notify_all();
+}
+
+std::optional<Piece> Outbox::next() {
+  std::unique_lock lock(mutex_);
+  arrived_.wait(lock, [&] { return makers_ == 0 || pieces_.contains(next_); });
+  const auto found = pieces_.find(next_);
+  if (found == pieces_.end()) return std::nullopt;
+  Piece piece = std::move(found->second);
+  pieces_.erase(found);
+  room_ -= piece.bytes.capacity();
+  next_ = piece.endsBatch ? Place{next_.batch + 1, 0} : Place{next_.batch, next_.part + 1};
+  written_.notify_all();
+  return piece;
+}
+
+void Outbox::reuse(Buffer buffer) {
+  const std::scoped_lock lock(mutex_);
+  if (buffer.capacity() > 0) unused_.push_back(std::move(buffer));
+}
+
+}  // namespace corvane::ditto

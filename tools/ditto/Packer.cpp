@@ -1,0 +1,231 @@
+#include "tools/ditto/Packer.h"
+
+#include <fcntl.h>
+#include <libdeflate.h>
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "tools/ditto/Report.h"
+#include "tools/ditto/Source.h"
+
+namespace corvane::ditto {
+namespace {
+
+constexpr std::size_t kBlock = std::size_t{1} << 20;  // of a large file, and the most of a file in one piece
+constexpr std::size_t kFullPiece = std::size_t{1} << 19;
+
+std::uint32_t checksumOf(Bytes bytes) { return libdeflate_crc32(0, bytes.data(), bytes.size()); }
+
+ssize_t readAt(int file, std::span<unsigned char> bytes, off_t position) {
+  ssize_t count = 0;
+  do {
+    count = ::pread(file, bytes.data(), bytes.size(), position);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+// Reads `size` bytes from `position` on; `isEnd`: where the file is to end. False, and the cause, if it has
+// not got them or, at its end, more.
+bool readBlock(int file, off_t position, std::size_t size, bool isEnd, Buffer& into, std::string& cause) {
+  into.cut(0);
+  // One byte more than expected shows without another look that the file has not grown.
+  const auto room = into.room(size + 1).first(size + (isEnd ? 1 : 0));
+  ssize_t count = 0;
+  do {
+    const std::size_t done = into.size();
+    count = readAt(file, room.subspan(done), position + static_cast<off_t>(done));
+    if (count < 0) {
+      cause = std::strerror(errno);
+      return false;
+    }
+    into.advance(static_cast<std::size_t>(count));
+  } while (count > 0 && into.size() < size);
+  if (into.size() != size) cause = kChanged;
+  return into.size() == size;
+}
+
+}  // namespace
+
+std::string ArchiveNames::shown(const std::string& path) const {
+  return path.empty() ? source : below(source, path);
+}
+
+std::string ArchiveNames::inside(const std::string& path) const {
+  return path.empty() ? root : prefix + path;
+}
+
+void Packer::work() {
+  while (const auto work = queue_.take()) {
+    if (const Batch* batch = std::get_if<Batch>(&*work)) {
+      packBatch(*batch);
+      queue_.finished();
+    } else {
+      packBlock(std::get<Block>(*work));
+    }
+  }
+}
+
+void Packer::packBatch(const Batch& batch) {
+  place_ = {batch.number, 0};
+  beginPiece();
+  for (const Item& item : batch.items) {
+    if (outbox_.demand() == Demand::nothing) break;
+    if (piece_.bytes.size() >= kFullPiece) {
+      endPiece(false);
+      beginPiece();
+    }
+    packItem(item);
+  }
+  endPiece(true);
+}
+
+void Packer::beginPiece() {
+  outbox_.awaitTurn(place_);
+  piece_ = Piece();
+  piece_.bytes = outbox_.buffer();
+}
+
+void Packer::endPiece(bool endsBatch) {
+  piece_.endsBatch = endsBatch;
+  outbox_.put(place_, std::move(piece_));
+  ++place_.part;
+}
+
+void Packer::packItem(const Item& item) {
+  switch (item.step.kind) {
+    case WalkStep::file:
+      return packFile(item);
+    case WalkStep::link:
+      return packLink(item);
+    case WalkStep::failure:
+      return fail(names_.shown(item.step.path), item.step.cause);
+    default:
+      return packFolder(item);
+  }
+}
+
+bool Packer::isNameUsable(const std::string& shown, const ZipEntry& entry) {
+  if (entry.name.size() <= kLongestName) return true;
+  fail(shown.substr(0, 100) + "...", "its path is too long for an archive");
+  return false;
+}
+
+void Packer::tell(const std::string& shown) {
+  if (verbose_) piece_.messages.push_back({shown, ""});
+}
+
+void Packer::packFolder(const Item& item) {
+  ZipEntry entry(names_.inside(item.step.path), item.step.status);
+  if (!isNameUsable(names_.shown(item.step.path), entry)) return;
+  entry.offset = piece_.bytes.size();
+  appendLocalHeader(entry, piece_.bytes);
+  piece_.entries.push_back(std::move(entry));
+}
+
+void Packer::packLink(const Item& item) {
+  const std::string shown = names_.shown(item.step.path);
+  struct stat status {};
+  std::string target;
+  std::string cause;
+  if (!readLink(item.folder->get(), item.step.lastName(), target, status, cause)) return fail(shown, cause);
+  ZipEntry entry(names_.inside(item.step.path), status, target);
+  if (!isNameUsable(shown, entry)) return;
+  tell(shown);
+  const Bytes bytes(reinterpret_cast<const unsigned char*>(target.data()), target.size());
+  entry.checksum = checksumOf(bytes);
+  entry.size = entry.packed = bytes.size();
+  entry.offset = piece_.bytes.size();
+  appendLocalHeader(entry, piece_.bytes);
+  piece_.bytes.append(bytes);
+  piece_.entries.push_back(std::move(entry));
+}
+
+void Packer::packFile(const Item& item) {
+  const std::string& path = item.step.path;
+  struct stat status {};
+  std::string cause;
+  Descriptor file = path.empty() ? openAgain(item.folder->get(), status, cause)
+                                 : openFile(item.folder->get(), item.step.lastName(), status, cause);
+  if (!file.isOpen()) return fail(names_.shown(path), cause);
+  if (outbox_.demand() != Demand::everything) return;
+  const std::string shown = names_.shown(path);
+  ZipEntry entry(names_.inside(path), status);
+  if (!isNameUsable(shown, entry)) return;
+  tell(shown);
+  entry.size = static_cast<std::uint64_t>(status.st_size);
+  if (entry.size > kBlock) return packLarge(std::move(file), shown, std::move(entry));
+  packWhole(file, shown, std::move(entry));
+}
+
+void Packer::packWhole(const Descriptor& file, const std::string& shown, ZipEntry entry) {
+  std::string cause;
+  if (!readBlock(file.get(), 0, static_cast<std::size_t>(entry.size), true, input_, cause)) {
+    return fail(shown, cause);
+  }
+  Buffer& out = piece_.bytes;
+  const Bytes bytes = input_.bytes();
+  entry.checksum = checksumOf(bytes);
+  entry.offset = out.size();
+  entry.isDeflated = !bytes.empty();
+  appendLocalHeader(entry, out);
+  const std::size_t data = out.size();
+  if (!compressor_.compress(bytes, true, out)) return fail(shown, "cannot be compressed");
+  if (out.size() - data >= bytes.size()) {
+    out.cut(data);
+    out.append(bytes);
+    entry.isDeflated = false;
+  }
+  entry.packed = out.size() - data;
+  // The header again, now that all of it is known.
+  const std::size_t end = out.size();
+  out.cut(static_cast<std::size_t>(entry.offset));
+  appendLocalHeader(entry, out);
+  out.cut(end);
+  piece_.entries.push_back(std::move(entry));
+}
+
+void Packer::packLarge(Descriptor file, const std::string& shown, ZipEntry entry) {
+  endPiece(false);
+  auto large = std::make_shared<LargeFile>();
+  large->file = std::move(file);
+  large->shownPath = shown;
+  large->first = place_;
+  large->blocks = static_cast<std::size_t>((entry.size + kBlock - 1) / kBlock);
+  large->entry = std::move(entry);
+  large->entry.isDeflated = true;
+  place_.part += large->blocks;
+  queue_.offer(large);
+  while (const auto block = queue_.takeOf(large)) packBlock(*block);
+  beginPiece();
+}
+
+void Packer::packBlock(const Block& block) {
+  const Place place = {block.file->first.batch, block.file->first.part + block.number};
+  outbox_.awaitTurn(place);
+  Piece piece;
+  piece.bytes = outbox_.buffer();
+  if (outbox_.demand() == Demand::everything && !block.file->failed) fillBlock(block, piece);
+  outbox_.put(place, std::move(piece));
+}
+
+void Packer::fillBlock(const Block& block, Piece& piece) {
+  LargeFile& large = *block.file;
+  const std::uint64_t start = std::uint64_t{block.number} * kBlock;
+  const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, large.entry.size - start));
+  const bool isEnd = block.number + 1 == large.blocks;
+  std::string cause = "cannot be compressed";
+  if (block.number == 0) {
+    piece.entries.push_back(large.entry);
+    appendLocalHeader(large.entry, piece.bytes);
+  }
+  if (!readBlock(large.file.get(), static_cast<off_t>(start), size, isEnd, input_, cause) ||
+      !compressor_.compress(input_.bytes(), isEnd, piece.bytes)) {
+    if (!large.failed.exchange(true)) piece.messages.push_back({large.shownPath, cause});
+    return;
+  }
+  piece.block = LargeBlock{checksumOf(input_.bytes()), size, isEnd};
+}
+
+}  // namespace corvane::ditto

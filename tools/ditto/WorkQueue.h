@@ -1,0 +1,85 @@
+// What is to be archived, handed out in the order of the walk: batches of items, and the blocks of large
+// files, which everybody helps with before a new batch is begun. Thread: any. Folders are listed by whoever
+// asks for work, while the others wait.
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "tools/ditto/Descriptor.h"
+#include "tools/ditto/FolderStack.h"
+#include "tools/ditto/Piece.h"
+#include "tools/ditto/TreeWalk.h"
+
+namespace corvane::ditto {
+
+/// A step of the walk that leads into the archive: anything but leaving a folder.
+struct Item {
+  WalkStep step;
+  SharedFolder folder;  ///< in which it is; a folder itself, or what the user named, if that is all
+};
+
+struct Batch {
+  std::size_t number = 0;
+  std::vector<Item> items;
+};
+
+struct LargeFile {
+  Descriptor file;
+  ZipEntry entry;
+  std::string shownPath;
+  Place first;  // of its blocks' pieces
+  std::size_t blocks = 0;
+  std::atomic<bool> failed = false;  // and reported
+  std::size_t taken = 0;             // by the queue only
+};
+
+struct Block {
+  std::shared_ptr<LargeFile> file;
+  std::size_t number = 0;
+};
+
+using Work = std::variant<Batch, Block>;
+
+class WorkQueue {
+ public:
+  /// Puts the next item into its argument; false when there is none.
+  using NextItem = std::function<bool(Item&)>;
+  explicit WorkQueue(NextItem next) : next_(std::move(next)) {}
+
+  /// Waits for work; none when all is done or stopped.
+  [[nodiscard]] std::optional<Work> take();
+  /// The batch that this thread took is packed.
+  void finished();
+
+  /// Lets all help with a file of the batch at hand.
+  void offer(const std::shared_ptr<LargeFile>& file);
+  /// A block of this file, which was offered; none when all are taken.
+  [[nodiscard]] std::optional<Block> takeOf(const std::shared_ptr<LargeFile>& file);
+
+  /// Nothing is handed out any more.
+  void stop();
+
+ private:
+  [[nodiscard]] Block takeBlock(const std::shared_ptr<LargeFile>& file);
+  [[nodiscard]] bool fill(Batch& batch);
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  NextItem next_;
+  std::map<Place, std::shared_ptr<LargeFile>> large_;  // with blocks left
+  std::size_t batches_ = 0;
+  std::size_t atWork_ = 0;
+  bool ended_ = false;
+  bool stopped_ = false;
+};
+
+}  // namespace corvane::ditto
