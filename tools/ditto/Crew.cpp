@@ -10,6 +10,8 @@
 namespace corvane::ditto {
 namespace {
 
+// While some wait for the disk, others compress; each more needs some megabytes of memory.
+constexpr std::size_t kFewestThreads = 4;
 constexpr std::size_t kMostThreads = 8;
 
 void work(const Workshop& workshop) {
@@ -46,7 +48,7 @@ Crew::~Crew() {
 }
 
 std::size_t usefulThreads() {
-  return std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1, kMostThreads);
+  return std::clamp<std::size_t>(2 * std::thread::hardware_concurrency(), kFewestThreads, kMostThreads);
 }
 
 }  // namespace corvane::ditto

@@ -33,7 +33,7 @@ class Crew {
   std::vector<std::thread> threads_;
 };
 
-/// As many as there are processors for this program, and no more than its memory shall grow by.
+/// Enough to keep the processors of this program and the disk at work.
 [[nodiscard]] std::size_t usefulThreads();
 
 }  // namespace corvane::ditto

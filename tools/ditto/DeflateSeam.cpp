@@ -1,6 +1,8 @@
 #include "tools/ditto/DeflateSeam.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <optional>
 
@@ -15,13 +17,11 @@ constexpr std::size_t kSpare = 16;  // bytes that may be looked at behind the en
 
 // What is to be known of a code to go past it.
 struct Step {
-  enum Kind : std::uint8_t { invalid, literal, match, end };
-  std::uint8_t bits = 0;  // of the code and what belongs to it
-  Kind kind = invalid;
-  std::uint8_t symbol = 0;
+  std::uint8_t bits = 0;   // of the code and what belongs to it
+  std::uint8_t value = 0;  // a Kind, or the symbol plus one; 0 for bits that are no code
 };
 
-using Table = std::array<Step, std::size_t{1} << kLongestCode>;
+enum Kind : std::uint8_t { invalid, literal, match, end };
 
 class BitReader {
  public:
@@ -30,7 +30,8 @@ class BitReader {
   /// The next 57 bits at least, the first one lowest; zeros behind the end.
   [[nodiscard]] std::uint64_t peek() const {
     std::uint64_t word = 0;
-    for (unsigned i = 0; i < 8; ++i) word |= std::uint64_t{bytes_[position_ / 8 + i]} << (8 * i);
+    std::memcpy(&word, bytes_ + position_ / 8, sizeof word);
+    if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
     return word >> (position_ % 8);
   }
   void skip(std::size_t bits) { position_ += bits; }
@@ -56,19 +57,20 @@ unsigned extraBitsOfDistance(std::size_t symbol) {
   return symbol < 4 ? 0 : static_cast<unsigned>(symbol - 2) / 2;
 }
 
-Step lengthStep(std::size_t symbol, unsigned length) {
-  if (symbol < kEndOfBlock) return {static_cast<std::uint8_t>(length), Step::literal, 0};
-  if (symbol == kEndOfBlock) return {static_cast<std::uint8_t>(length), Step::end, 0};
-  return {static_cast<std::uint8_t>(length + extraBitsOfLength(symbol)), Step::match, 0};
+Step stepWith(unsigned bits, std::size_t value) {
+  return {static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(value)};
 }
 
-Step distanceStep(std::size_t symbol, unsigned length) {
-  return {static_cast<std::uint8_t>(length + extraBitsOfDistance(symbol)), Step::match, 0};
+Step lengthStep(std::size_t symbol, unsigned bits) {
+  if (symbol < kEndOfBlock) return stepWith(bits, literal);
+  return symbol == kEndOfBlock ? stepWith(bits, end) : stepWith(bits + extraBitsOfLength(symbol), match);
 }
 
-Step plainStep(std::size_t symbol, unsigned length) {
-  return {static_cast<std::uint8_t>(length), Step::literal, static_cast<std::uint8_t>(symbol)};
+Step distanceStep(std::size_t symbol, unsigned bits) {
+  return stepWith(bits + extraBitsOfDistance(symbol), match);
 }
+
+Step symbolStep(std::size_t symbol, unsigned bits) { return stepWith(bits, symbol + 1); }
 
 unsigned reversed(unsigned code, unsigned length) {
   unsigned turned = 0;
@@ -76,20 +78,35 @@ unsigned reversed(unsigned code, unsigned length) {
   return turned;
 }
 
-// The canonical code: symbols of equal length in their order, shorter codes first, the first bit lowest.
-void fill(Table& table, std::span<const std::uint8_t> lengths, Step (*stepOf)(std::size_t, unsigned)) {
-  table.fill({});
-  unsigned code = 0;
-  for (unsigned length = 1; length <= kLongestCode; ++length, code <<= 1) {
-    for (std::size_t symbol = 0; symbol < lengths.size(); ++symbol) {
-      if (lengths[symbol] != length) continue;
-      const Step step = stepOf(symbol, length);
-      for (std::size_t i = reversed(code, length); i < table.size(); i += std::size_t{1} << length)
-        table[i] = step;
-      ++code;
+// A canonical code: symbols of equal length in their order, shorter codes first. Its table has a step for all
+// values of as many bits as the longest code has, the first bit lowest.
+class Code {
+ public:
+  using StepOf = Step (*)(std::size_t symbol, unsigned bits);
+
+  void set(std::span<const std::uint8_t> lengths, StepOf stepOf) {
+    const unsigned longest = *std::max_element(lengths.begin(), lengths.end());
+    unsigned code = 0;
+    table_[0] = {};
+    for (unsigned length = 1; length <= longest; ++length, code <<= 1) {
+      // What has been filled repeats with each bit more.
+      const auto half = table_.begin() + (std::ptrdiff_t{1} << (length - 1));
+      std::copy(table_.begin(), half, half);
+      for (std::size_t symbol = 0; symbol < lengths.size(); ++symbol) {
+        if (lengths[symbol] == length) table_[reversed(code++, length) & kAllBits] = stepOf(symbol, length);
+      }
     }
+    mask_ = (std::size_t{1} << longest) - 1;
   }
-}
+
+  [[nodiscard]] Step step(std::uint64_t bits) const { return table_[bits & mask_]; }
+
+ private:
+  static constexpr unsigned kAllBits = (1U << kLongestCode) - 1;
+
+  std::array<Step, kAllBits + 1> table_;
+  std::size_t mask_ = 0;
+};
 
 class Walk {
  public:
@@ -130,8 +147,8 @@ class Walk {
     for (std::size_t i = 0; i < lengths.size(); ++i) lengths[i] = i < 144 ? 8 : i < 256 ? 9 : i < 280 ? 7 : 8;
     std::array<std::uint8_t, kDistanceSymbols> distances{};
     distances.fill(5);
-    fill(lengths_, lengths, lengthStep);
-    fill(distances_, distances, distanceStep);
+    lengths_.set(lengths, lengthStep);
+    distances_.set(distances, distanceStep);
   }
 
   bool readCode() {
@@ -142,22 +159,22 @@ class Walk {
     const std::size_t given = in_.take(4) + 4;
     std::array<std::uint8_t, 19> own{};
     for (std::size_t i = 0; i < given; ++i) own[kOrder[i]] = static_cast<std::uint8_t>(in_.take(3));
-    fill(lengths_, own, plainStep);
+    lengths_.set(own, symbolStep);
     std::array<std::uint8_t, kLengthSymbols + kDistanceSymbols> lengths{};
     const auto used = std::span(lengths).first(lengthCount + distanceCount);
     if (!readLengths(used)) return false;
-    fill(lengths_, used.first(lengthCount), lengthStep);
-    fill(distances_, used.subspan(lengthCount), distanceStep);
+    lengths_.set(used.first(lengthCount), lengthStep);
+    distances_.set(used.subspan(lengthCount), distanceStep);
     return true;
   }
 
   // Both codes' lengths in one row, packed by the code that lengths_ holds at first.
   bool readLengths(std::span<std::uint8_t> lengths) {
     for (std::size_t done = 0; done < lengths.size() && in_.isInside();) {
-      const Step step = lengths_[in_.peek() & (lengths_.size() - 1)];
-      if (step.kind == Step::invalid) return false;
+      const Step step = lengths_.step(in_.peek());
+      if (step.value == invalid) return false;
       in_.skip(step.bits);
-      std::uint8_t value = step.symbol;
+      auto value = static_cast<std::uint8_t>(step.value - 1);
       std::size_t count = 1;
       if (value == 16) count = 3 + in_.take(2);
       if (value == 17) count = 3 + in_.take(3);
@@ -172,20 +189,26 @@ class Walk {
   bool passSymbols() {
     while (in_.isInside()) {
       const std::uint64_t bits = in_.peek();
-      const Step step = lengths_[bits & (lengths_.size() - 1)];
-      in_.skip(step.bits);
-      if (step.kind == Step::literal) continue;
-      if (step.kind != Step::match) return step.kind == Step::end;
-      const Step distance = distances_[bits >> step.bits & (distances_.size() - 1)];
-      if (distance.kind == Step::invalid) return false;
+      Step step = lengths_.step(bits);
+      // Literals come in rows: three codes' bits are at hand.
+      unsigned passed = step.bits;
+      for (int more = 0; more < 2 && step.value == literal; ++more) {
+        step = lengths_.step(bits >> passed);
+        passed += step.bits;
+      }
+      in_.skip(passed);
+      if (step.value == literal) continue;
+      if (step.value != match) return step.value == end;
+      const Step distance = distances_.step(in_.peek());
+      if (distance.value == invalid) return false;
       in_.skip(distance.bits);
     }
     return false;
   }
 
   BitReader in_;
-  Table lengths_;
-  Table distances_;
+  Code lengths_;
+  Code distances_;
 };
 
 }  // namespace

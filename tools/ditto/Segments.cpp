@@ -6,9 +6,12 @@
 namespace corvane::ditto {
 namespace {
 
-constexpr std::size_t kPage = 8192;       // judged as one
-constexpr std::size_t kSample = 2048;     // of a page, from its start
-constexpr std::size_t kShortest = 65536;  // a segment between others: each begins without knowing of them
+constexpr std::size_t kPage = 1024;   // judged as one
+constexpr std::size_t kSample = 256;  // of a page, from its start
+
+// A segment between others that is worth its own stream. A stream knows nothing of what is before it, but
+// behind so much of another kind nothing would be within its reach anyway.
+constexpr std::size_t kShortest = 32768;
 
 // In text a few bytes are frequent, so that two of them are often equal: one pair in twenty or so. In base64
 // of a picture it is one in 64, in the picture itself one in 256.
@@ -22,9 +25,9 @@ Effort effortFor(Bytes page) {
   std::uint64_t equalPairs = 0;
   for (std::size_t value = 0; value < 256; ++value) {
     const std::uint64_t count = counts[0][value] + counts[1][value];
-    equalPairs += count * count;
+    equalPairs += count * (count > 0 ? count - 1 : 0);
   }
-  const std::uint64_t pairs = sample.size() * sample.size();
+  const std::uint64_t pairs = std::uint64_t{sample.size()} * (sample.size() - 1);
   return equalPairs * kRarelyEqual < pairs ? Effort::quick : Effort::thorough;
 }
 
