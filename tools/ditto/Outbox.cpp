@@ -41,6 +41,11 @@ void Outbox::makerEnded(const std::string& problem) {
   arrived_.notify_one();
 }
 
+std::string Outbox::problem() {
+  const std::scoped_lock lock(mutex_);
+  return problem_;
+}
+
 void Outbox::setDemand(Demand demand) {
   const std::scoped_lock lock(mutex_);
   demand_ = demand;

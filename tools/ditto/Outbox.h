@@ -42,8 +42,8 @@ class Outbox {
   [[nodiscard]] std::optional<Piece> next();
   /// Writing thread: gives the room of a piece back.
   void reuse(Buffer buffer);
-  /// Writing thread, after the last piece: what ended a thread before its time; empty when nothing did.
-  [[nodiscard]] const std::string& problem() const { return problem_; }
+  /// What ended a thread before its time; empty when nothing did.
+  [[nodiscard]] std::string problem();
 
  private:
   std::mutex mutex_;

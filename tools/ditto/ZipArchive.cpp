@@ -18,7 +18,8 @@ class SourceItems {
  public:
   SourceItems(Descriptor source, const struct stat& status, const Options& options, const TargetFile& target)
       : target_(target) {
-    if (!S_ISDIR(status.st_mode) || options.keepParent) addRoot(source, status);
+    const bool isNamed = options.keepParent && !ownName(options.source).empty();
+    if (!S_ISDIR(status.st_mode) || isNamed) addRoot(source, status);
     if (S_ISDIR(status.st_mode)) walk_.emplace(std::move(source), options.oneFileSystem);
   }
 
@@ -91,7 +92,8 @@ void archive(const ArchiveNames& names, SourceItems& items, TargetFile& target, 
     deliver(*piece, writer, outbox, options, report);
     outbox.reuse(std::move(piece->bytes));
   }
-  if (!outbox.problem().empty()) report.fail(options.source, outbox.problem());
+  const std::string problem = outbox.problem();
+  if (!problem.empty()) report.fail(options.source, problem);
   if (!report.failed() && !writer.finish()) report.failErrno(options.destination);
 }
 
