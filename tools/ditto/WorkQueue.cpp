@@ -7,7 +7,7 @@ namespace {
 
 // Enough to be worth the locks and the write; few enough folders to hold open.
 constexpr std::size_t kItems = 64;
-constexpr std::size_t kFolders = 4;
+constexpr std::size_t kFolders = 2;
 
 }  // namespace
 
