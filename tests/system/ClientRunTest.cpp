@@ -45,6 +45,9 @@ class ClientRunTest : public testing::Test {
   // The folder to which an archive at the destination was unpacked.
   std::string unpack(const std::string& archive) const {
     const std::string out = inHome("unpacked " + archive);
+    struct stat status {};
+    EXPECT_EQ(::stat((engine.destination() + "/" + archive).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0600U) << archive << " is for its owner only";
     EXPECT_EQ(runTool({"/usr/bin/unzip", "-q", engine.destination() + "/" + archive, "-d", out}).status, 0);
     return out;
   }

@@ -97,13 +97,6 @@ void archive(const ArchiveNames& names, SourceItems& items, TargetFile& target, 
   if (!report.failed() && !writer.finish()) report.failErrno(options.destination);
 }
 
-// The permissions that the user's other new files have. A file system without permissions is no obstacle.
-void giveUsualMode(int file) {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  ::fchmod(file, DEFFILEMODE & ~mask);
-}
-
 }  // namespace
 
 void createArchive(const Options& options, Report& report) {
@@ -118,7 +111,6 @@ void createArchive(const Options& options, Report& report) {
   SourceItems items(std::move(source), status, options, target);
   archive(names, items, target, options, report);
   if (report.failed()) return;
-  giveUsualMode(target.file());
   if (!target.putInPlace()) return report.failErrno(options.destination);
   place.flushName();
 }
