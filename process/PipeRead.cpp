@@ -13,7 +13,7 @@ constexpr std::size_t kReadSize = 256 * 1024;
 
 }  // namespace
 
-void readOnce(int descriptor, std::string& buffer) {
+bool readOnce(int descriptor, std::string& buffer) {
   buffer.resize(kReadSize);
   ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
   while (count < 0 && (errno == EINTR || errno == EAGAIN)) {
@@ -23,6 +23,7 @@ void readOnce(int descriptor, std::string& buffer) {
     count = ::read(descriptor, buffer.data(), buffer.size());
   }
   buffer.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+  return count >= 0;
 }
 
 }  // namespace corvane

@@ -59,9 +59,13 @@ ToolResult runTool(const LaunchCommand& command, Capture capture) {
   ChildProcess tool(spawned.pid);
   ToolResult result;
   std::string chunk;
-  for (readOnce(pipe.readEnd, chunk); !chunk.empty(); readOnce(pipe.readEnd, chunk)) {
-    if (result.output.size() < kMostOutput) result.output += chunk;
+  bool isRead = readOnce(pipe.readEnd, chunk);
+  bool fits = true;
+  for (; !chunk.empty(); isRead = readOnce(pipe.readEnd, chunk)) {
+    fits = fits && chunk.size() <= kMostOutput - result.output.size();
+    if (fits) result.output += chunk;
   }
+  result.complete = isRead && fits;
   result.status = tool.wait();
   return result;
 }

@@ -17,6 +17,7 @@ struct ToolResult {
   std::string output;   ///< bytes as written, at most 64 MiB
   std::string problem;  ///< why it could not be started
   bool timedOut = false;
+  bool complete = false;  ///< `output` is all that it wrote; not known of a run with a time limit
 };
 
 [[nodiscard]] ToolResult runTool(const LaunchCommand& command, Capture capture = Capture::outputAndErrors);
