@@ -1,6 +1,7 @@
 #include "schedule/CrontabText.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace corvane {
 namespace {
@@ -38,21 +39,40 @@ bool isJob(std::u16string_view line, std::u16string_view scriptName) {
   return contains(line, scriptName) && !Scanner(line).scanUpTo(scriptName).empty();
 }
 
+struct Range {
+  std::size_t start;  // where the line before ends, in front of its line break
+  std::size_t length;
+};
+
+std::vector<Range> jobsIn(std::u16string_view listing, std::u16string_view scriptName) {
+  std::vector<Range> jobs;
+  Scanner scanner(listing);
+  for (;;) {
+    const std::size_t start = scanner.position();
+    const auto line = scanner.scanUpTo(u"\n");
+    if (line.empty()) return jobs;
+    if (isJob(line, scriptName)) jobs.push_back({start, scanner.position() - start});
+  }
+}
+
 }  // namespace
 
 bool contains(std::u16string_view text, std::u16string_view what) {
   return !what.empty() && text.find(what) != std::u16string_view::npos;
 }
 
+bool saysThereIsNone(std::u16string_view text) {
+  return text.starts_with(u"crontab: no crontab") || text.starts_with(u"no crontab");
+}
+
+std::size_t jobCount(const std::u16string& listing, std::u16string_view scriptName) {
+  return jobsIn(listing, scriptName).size();
+}
+
 std::u16string withoutJobs(const std::u16string& listing, std::u16string_view scriptName) {
-  if (contains(listing, u"crontab: no crontab")) return {};
   std::u16string results = listing;
-  Scanner scanner(listing);
-  while (scanner.position() < results.size()) {
-    const std::size_t lineStart = scanner.position();
-    const auto line = scanner.scanUpTo(u"\n");
-    if (line.empty()) break;
-    if (isJob(line, scriptName)) results.erase(lineStart, scanner.position() - lineStart);
+  for (const auto& job : jobsIn(listing, scriptName)) {
+    if (job.start < results.size()) results.erase(job.start, job.length);
   }
   if (results.starts_with(u"\r\n")) results.erase(0, 2);
   return results;

@@ -2,14 +2,20 @@
 // Thread: any.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace corvane {
 
-/// `listing`, as the tool printed it, without the lines that hold `scriptName` behind at least one other
-/// character. Blank lines before such a line go with it, and so does the line break that ends the line
-/// before; its own stays. Empty when the tool said that there is no crontab.
+/// True when `text` is no crontab, but what the tool says when there is none.
+[[nodiscard]] bool saysThereIsNone(std::u16string_view text);
+
+/// How many lines hold `scriptName` behind at least one other character.
+[[nodiscard]] std::size_t jobCount(const std::u16string& listing, std::u16string_view scriptName);
+
+/// `listing`, as the tool printed it, without those lines. Blank lines before such a line go with it, and so
+/// does the line break that ends the line before; its own stays.
 ///
 /// One such line is expected. With several, the ranges of the later ones are still counted in `listing`
 /// though earlier lines are gone by then, so that they take away what follows their line; what of a range

@@ -1,6 +1,5 @@
 #include "schedule/QSCrontabModifier.h"
 
-#include <optional>
 #include <utility>
 
 #include "process/Files.h"
@@ -12,23 +11,27 @@
 namespace corvane {
 namespace {
 
-constexpr const char* kCrontab = "/usr/bin/crontab";
-
-// A tool that did not end by itself may have printed a part only.
-bool endedByItself(const ToolResult& result) { return result.status >= 0 && result.status < 128; }
+constexpr std::size_t kMostWords = 500;  // bytes of what a tool said that are logged
 
 std::string causeOf(const ToolResult& result) {
   if (!result.problem.empty()) return result.problem;
-  return "exit status " + std::to_string(result.status) + " " + result.output;
+  const std::string cut = result.complete ? "" : " and cut short";
+  return "exit status " + std::to_string(result.status) + cut + ": " + result.output.substr(0, kMostWords);
 }
 
 }  // namespace
 
-QSCrontabModifier::QSCrontabModifier(const std::string& homeDirectory, ShowAlert showAlert)
+QSCrontabModifier::QSCrontabModifier(const std::string& homeDirectory, ShowAlert showAlert,
+                                     const std::string& tool)
     : stagingFolder_(homeDirectory + "/Library/Application Support/Quillon"),
-      showAlert_(std::move(showAlert)) {}
+      showAlert_(std::move(showAlert)),
+      tool_(tool) {}
 
 bool QSCrontabModifier::addCronJob(const std::string& job) {
+  if (!utf16FromUtf8(job)) {
+    log("cannot add a line to the crontab that is not UTF-8");
+    return true;
+  }
   removal_ = false;
   currentJob_ = job;
   getCrontab();
@@ -45,14 +48,20 @@ bool QSCrontabModifier::checkForJob(const std::string& text) {
   return listCrontab() && contains(results_, inListingsUnits(text));
 }
 
-// Having none is an error to the tool, so that its exit status says nothing.
+// Having none is an error to the tool, like all others: only its words tell which one it was. They are not
+// part of a listing, so that it is run once more for them.
 bool QSCrontabModifier::listCrontab() {
-  const ToolResult listing = runTool({kCrontab, "-l"}, Capture::outputOnly);
+  ToolResult listing = runTool({tool_, "-l"}, Capture::outputOnly);
   const auto text = utf16FromUtf8(listing.output);
   resultsAreBytes_ = !text;
   results_ = text ? *text : widened(listing.output);
-  if (!listing.problem.empty()) log(listing.problem);
-  return endedByItself(listing);
+  if (listing.complete && (listing.status == 0 || saysThereIsNone(results_))) return true;
+  if (listing.output.empty()) {
+    listing = runTool({tool_, "-l"});
+    if (listing.status > 0 && saysThereIsNone(widened(listing.output))) return true;
+  }
+  log("cannot list the crontab: " + causeOf(listing));
+  return false;
 }
 
 void QSCrontabModifier::getCrontab() {
@@ -60,30 +69,42 @@ void QSCrontabModifier::getCrontab() {
     showFailure();
     return;
   }
-  results_ = withoutJobs(results_, inListingsUnits(scriptName_));
-  if (!removal_) {
+  removeJobs();
+  if (removal_) {
+    install(resultsAreBytes_ ? narrowed(results_) : utf8FromUtf16(results_));
+  } else {
     createCrontab();
-    return;
   }
-  const auto bytes = resultsAreBytes_ ? narrowed(results_) : utf8FromUtf16(results_);
-  if (bytes) install(*bytes);
+}
+
+void QSCrontabModifier::removeJobs() {
+  if (saysThereIsNone(results_)) results_.clear();
+  const std::u16string name = inListingsUnits(scriptName_);
+  if (const auto count = jobCount(results_, name); count > 1) {
+    log("The crontab names " + scriptName_ + " in " + std::to_string(count) +
+        " lines, not in one: lines after them may be damaged.");
+  }
+  results_ = withoutJobs(results_, name);
 }
 
 void QSCrontabModifier::createCrontab() {
   results_ = withJobInFront(inListingsUnits(currentJob_), results_);
-  const auto bytes = resultsAreBytes_ ? narrowed(results_) : localeBytesFromUtf16(results_);
-  if (bytes) install(*bytes);
+  install(resultsAreBytes_ ? narrowed(results_) : localeBytesFromUtf16(results_));
 }
 
-void QSCrontabModifier::install(const std::string& bytes) {
+void QSCrontabModifier::install(const std::optional<std::string>& bytes) {
   const std::string stagingFile = stagingFolder_ + "/crontab";
+  if (!bytes) {
+    log("cannot write " + stagingFile + ": its encoding lacks a character of the crontab");
+    return;
+  }
   std::string problem;
   makeFolders(stagingFolder_);
-  if (!writeFileAtomically(stagingFile, bytes, problem)) {
+  if (!writeFileAtomically(stagingFile, *bytes, problem)) {
     log(problem);
     return;
   }
-  const ToolResult installation = runTool({kCrontab, stagingFile});
+  const ToolResult installation = runTool({tool_, stagingFile});
   if (installation.status == 0) return;
   log("cannot install " + stagingFile + " as the crontab: " + causeOf(installation));
   showFailure();
@@ -94,8 +115,7 @@ void QSCrontabModifier::showFailure() {
 }
 
 std::u16string QSCrontabModifier::inListingsUnits(const std::string& text) const {
-  const auto units = resultsAreBytes_ ? std::nullopt : utf16FromUtf8(text);
-  return units ? *units : widened(text);
+  return resultsAreBytes_ ? widened(text) : utf16FromUtf8(text).value_or(u"");
 }
 
 }  // namespace corvane

@@ -17,8 +17,9 @@ using Placeholder = std::pair<std::string_view, std::string_view>;  ///< name, v
 /// Replaces every occurrence of `what` in `text`, left to right, without looking at what was put in.
 void replaceAll(std::string& text, std::string_view what, std::string_view with);
 
+/// No text contains the empty one.
 [[nodiscard]] inline bool contains(std::string_view text, std::string_view what) {
-  return text.find(what) != std::string_view::npos;
+  return !what.empty() && text.find(what) != std::string_view::npos;
 }
 
 }  // namespace corvane

@@ -12,7 +12,6 @@ namespace {
 TEST(CrontabText, JobsAreTakenOut) {
   const std::pair<std::u16string, std::u16string> cases[] = {
       {u"", u""},
-      {u"crontab: no crontab for anna\n", u""},
       {u"1 ours\n", u"\n"},
       {u"1 ours\nb\n", u"\nb\n"},
       {u"a\n1 ours x\nb\n", u"a\nb\n"},

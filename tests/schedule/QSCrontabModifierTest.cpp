@@ -3,16 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <cstdlib>
 
 #include "process/Files.h"
 #include "tests/support/PrivateCrontab.h"
+#include "tests/support/StandardError.h"
 
 namespace corvane {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
-const std::string kOurs = "30 2 * * * \"/Apps/BackupEngine.app/BackupEngine\"\n";
 const std::string kOthers = "# Entwürfe – 夜 😀\nMAILTO=anna\n5 4 * * * " + std::string(890, 'x') + "\n";
 
 class QSCrontabModifierTest : public testing::Test {
@@ -65,29 +68,57 @@ TEST_F(QSCrontabModifierTest, ANewJobTakesThePlaceOfTheOldOne) {
   EXPECT_EQ(crontab.list(), job + "# one\n# two\n");
 }
 
-// A folder that is not empty stands where the file is to be written.
-TEST_F(QSCrontabModifierTest, AFileThatCannotBeWrittenStopsInSilence) {
-  crontab.install(kOurs);
+// In the end a folder that is not empty stands where the file is to be written.
+TEST_F(QSCrontabModifierTest, WhatCannotBeEncodedOrWrittenIsOnlyLogged) {
+  const StandardError log;
+  crontab.install("# é\n" + kOurs);
+  EXPECT_TRUE(modifier.addCronJob("\xE4\n"));
+  ::setenv("LC_ALL", "C", 1);
+  modifier.addCronJob("# a\n");
+  ::unsetenv("LC_ALL");
   home.makeFolder("Library/Application Support/Quillon/crontab/in the way");
   EXPECT_TRUE(modifier.removeCronJob());
-  EXPECT_EQ(crontab.list(), kOurs);
+  EXPECT_THAT(log.text(), AllOf(HasSubstr("not UTF-8"), HasSubstr("crontab: its encoding lacks"),
+                                HasSubstr("crontab: Is a directory")));
+  EXPECT_EQ(crontab.list(), "# é\n" + kOurs);
   EXPECT_THAT(alerts, ElementsAre());
+  crontab.replaceCommand("exit 1\n");
+  modifier.addCronJob(kOurs);
+  EXPECT_THAT(alerts, ElementsAre("Scheduling Error|Unable to save schedule."));
 }
 
-TEST_F(QSCrontabModifierTest, AFailingCommandIsShown) {
-  crontab.replaceCommand("[ \"$1\" = -l ] && echo '# kept' && exit 0; exit 1\n");
-  EXPECT_TRUE(modifier.removeCronJob());
-  EXPECT_TRUE(modifier.addCronJob(kOurs));
-  EXPECT_THAT(alerts, ElementsAre("Scheduling Error|Unable to remove schedule.",
-                                  "Scheduling Error|Unable to save schedule."));
-  EXPECT_EQ(staged(), kOurs + "# kept\n");
-}
-
-TEST_F(QSCrontabModifierTest, AListingCutShortIsNotInstalled) {
-  crontab.replaceCommand("echo '# the first of many lines'; kill -KILL $$\n");
-  modifier.removeCronJob();
-  EXPECT_THAT(alerts, ElementsAre("Scheduling Error|Unable to remove schedule."));
-  EXPECT_EQ(staged(), "");
+// A stand-in for the tool copies what it is given to install.
+TEST(CrontabTool, IsGivenOnlyWhatItListedForCertain) {
+  struct Case {
+    const char* listing;
+    const char* installed;  // if anything
+    const char* sentence;   // in the log
+  };
+  const Case cases[] = {
+      {"echo 'no crontab for anna' >&2; exit 1", "", ""},
+      {"echo 'crontab: no crontab for anna'; exit 1", "", ""},
+      {"echo '# says crontab: no crontab'", "# says crontab: no crontab\n", ""},
+      {"echo 'Input/output error' >&2; exit 1", nullptr, "the crontab: exit status 1: Input/output error"},
+      {"echo '# crontab: no crontab'; exit 1", nullptr, "exit status 1"},
+      {"echo '# the first'; kill -KILL $$", nullptr, "exit status 137"},
+      {"head -c 70000000 /dev/zero", nullptr, "exit status 0 and cut short"},
+      // [0,18) goes first, [18,37) is then the last two of 20 units.
+      {"echo '1 BackupEngine.app'; echo '2 BackupEngine.app'", "\n2 BackupEngine.ap", "in 2 lines"}};
+  for (const auto& [listing, installed, sentence] : cases) {
+    const StandardError log;
+    const ScratchFolder home;
+    std::string alert;
+    const auto tool = home.writeScript(
+        "tool", "[ $1 = -l ] || exec cp \"$1\" " + home.path("installed") + "\n" + listing + "\n");
+    QSCrontabModifier modifier(
+        home.path(), [&](const auto&, const auto& text) { alert = text; }, tool);
+    modifier.setScriptName("BackupEngine.app");
+    modifier.removeCronJob();
+    EXPECT_EQ(fileExists(home.path("installed")), installed != nullptr) << listing;
+    EXPECT_EQ(home.read("installed"), installed ? installed : "");
+    EXPECT_EQ(alert, installed ? "" : "Unable to remove schedule.");
+    EXPECT_THAT(log.text(), HasSubstr(sentence));
+  }
 }
 
 }  // namespace

@@ -20,8 +20,6 @@ using testing::HasSubstr;
 using testing::Not;
 using namespace std::chrono_literals;
 
-const std::string kOurs = "30 2 * * * \"/Apps/BackupEngine.app/BackupEngine\"\n";
-
 // A place on the screen, which is 1024 points wide and 640 high; the alert stands in its middle.
 struct Place {
   int x;
@@ -96,7 +94,7 @@ TEST_F(AlertRunTest, UninstallTakesAwayTheScheduleAndTheFolder) {
 TEST_F(AlertRunTest, AScheduleThatCannotBeRemovedIsShownFirst) {
   crontab.replaceCommand("exit 1\n");
   startAndBeAsked();
-  EXPECT_TRUE(pressUntil(kUninstall, [this] { return engine.logs("as the crontab: exit status 1", 2s); }));
+  EXPECT_TRUE(pressUntil(kUninstall, [this] { return engine.logs("list the crontab: exit status 1", 2s); }));
   EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
   EXPECT_FALSE(fileExists(trash()));
   EXPECT_EQ(pressUntilEnd(kOk), 0);
