@@ -1,8 +1,8 @@
 #include <pwd.h>
 #include <unistd.h>
 #include <array>
-#include <cstdlib>
 
+#include "platform/HomeDirectory.h"
 #include "platform/SystemFacts.h"
 #include "process/QSComputerName.h"
 
@@ -12,12 +12,6 @@ namespace {
 // The folders below the home are those of macOS, so the mail clients are looked for as on a current one.
 constexpr double kAppKitOfCurrentSystem = 1671;
 constexpr int kMinorVersionOfCurrentSystem = 14;
-
-std::string getHomeDirectory() {
-  if (const char* home = std::getenv("HOME"); home && *home) return home;
-  const passwd* entry = ::getpwuid(::geteuid());
-  return entry && entry->pw_dir ? entry->pw_dir : "";
-}
 
 std::string userName() {
   const passwd* entry = ::getpwuid(::geteuid());
@@ -36,7 +30,7 @@ std::string getToolsFolder() {
 }  // namespace
 
 Facts readFacts() {
-  const std::string home = getHomeDirectory();
+  const std::string home = homeDirectory();
   const std::string library = home + "/Library";
   return {.homeDirectory = home,
           .libraryFolder = library,

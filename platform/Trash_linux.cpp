@@ -1,13 +1,15 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <optional>
+#include <vector>
 
-#include "platform/SystemFacts.h"
+#include "platform/HomeDirectory.h"
 #include "platform/Trash.h"
 #include "process/Files.h"
 
@@ -76,6 +78,7 @@ std::optional<std::string> reserveName(const Trash& trash, const std::string& wa
     if (writeNewFile(trash.folder + "/info/" + name + ".trashinfo", info)) return name;
     if (errno != EEXIST) return std::nullopt;
   }
+  errno = EEXIST;
   return std::nullopt;
 }
 
@@ -95,7 +98,7 @@ bool moveInto(const Trash& trash, const std::string& path) {
 Trash homeTrash(const std::string& path) {
   const char* data = std::getenv("XDG_DATA_HOME");
   const bool isSet = data && *data == '/';
-  return {(isSet ? data : readFacts().homeDirectory + "/.local/share") + std::string("/Trash"), path};
+  return {(isSet ? data : homeDirectory() + "/.local/share") + std::string("/Trash"), path};
 }
 
 // The topmost folder on the volume of `folder`, which has no links in it; without a slash at its end.
@@ -111,25 +114,46 @@ std::string topOf(std::string folder) {
   return folder;
 }
 
-// An administrator may have made one folder for all users, which has to be sticky to be trusted.
-Trash volumeTrash(const std::string& path) {
+// The places on the volume of `path`, best first. An administrator may have made one folder for all users,
+// which has to be sticky to be trusted.
+std::vector<Trash> volumeTrashes(const std::string& path) {
   char* resolved = ::realpath(parentOf(path).c_str(), nullptr);
   const std::string folder = resolved ? resolved : parentOf(path);
   std::free(resolved);
   const std::string top = topOf(folder);
   const std::string user = std::to_string(::getuid());
+  const std::string original = (folder + "/" + nameOf(path)).substr(top.size() + 1);
   struct stat shared {};
-  const bool isShared = ::lstat((top + "/.Trash").c_str(), &shared) == 0 && S_ISDIR(shared.st_mode) &&
-                        (shared.st_mode & S_ISVTX) != 0;
-  return {top + (isShared ? "/.Trash/" : "/.Trash-") + user,
-          (folder + "/" + nameOf(path)).substr(top.size() + 1)};
+  std::vector<Trash> trashes;
+  if (::lstat((top + "/.Trash").c_str(), &shared) == 0 && S_ISDIR(shared.st_mode) &&
+      (shared.st_mode & S_ISVTX) != 0) {
+    trashes.push_back({top + "/.Trash/" + user, original});
+  }
+  trashes.push_back({top + "/.Trash-" + user, original});
+  return trashes;
+}
+
+// Whoever else can write to the volume may have put a link, or a folder of his own, where ours is to be.
+bool makeOwnFolder(const std::string& path) {
+  makeFolders(path);
+  const Entry entry = entryAt(path);
+  if (entry.kind == EntryKind::folder && entry.isOurs) return true;
+  errno = EACCES;
+  return false;
+}
+
+bool moveWithinVolume(const std::string& path) {
+  const auto trashes = volumeTrashes(path);
+  return std::any_of(trashes.begin(), trashes.end(), [&](const Trash& trash) {
+    return makeOwnFolder(trash.folder) && moveInto(trash, path);
+  });
 }
 
 }  // namespace
 
 bool moveToTrash(const std::string& path, std::string& problem) {
   if (moveInto(homeTrash(path), path)) return true;
-  if (errno == EXDEV && moveInto(volumeTrash(path), path)) return true;
+  if (errno == EXDEV && moveWithinVolume(path)) return true;
   problem = errnoSentence("move to the Trash", path);
   return false;
 }

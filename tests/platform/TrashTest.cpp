@@ -2,12 +2,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/mount.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <cstdlib>
 
 #include "process/Files.h"
-#include "tests/support/PrivateCrontab.h"
+#include "tests/support/OwnMounts.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace corvane {
 namespace {
@@ -44,17 +45,29 @@ TEST_F(TrashTest, AFailureLeavesNothingBehind) {
   EXPECT_FALSE(folderHasEntries(home.path("data/Trash/info")));
 }
 
+// A link is planted in the folder for all users, which is sticky; then one in the next place, too.
 TEST_F(TrashTest, AnotherVolumeHasATrashOfItsOwn) {
-  const PrivateCrontab ownMounts;
   const std::string volume = home.makeFolder("Volume");
-  if (::mount("none", volume.c_str(), "tmpfs", 0, nullptr) != 0) GTEST_SKIP() << "cannot mount";
+  const std::string user = std::to_string(::getuid());
+  OwnMounts mounts;
+  mounts.makeVolume(volume);
+  if (!mounts.problem().empty()) GTEST_SKIP() << mounts.problem();
+  ASSERT_EQ(::mkdir((volume + "/.Trash").c_str(), 0700) + ::chmod((volume + "/.Trash").c_str(), 01700), 0);
+  const std::string planted = home.makeFolder("Volume/planted");
+  ASSERT_EQ(::symlink(planted.c_str(), (volume + "/.Trash/" + user).c_str()), 0);
   home.write("Volume/a/b/file", "content");
   EXPECT_TRUE(moveToTrash(volume + "/a/b", problem)) << problem;
-  const std::string trash = "Volume/.Trash-" + std::to_string(::getuid());
+  const std::string trash = "Volume/.Trash-" + user;
   EXPECT_EQ(home.read(trash + "/files/b/file"), "content");
   EXPECT_THAT(home.read(trash + "/info/b.trashinfo"), HasSubstr("\nPath=a/b\n"));
   EXPECT_FALSE(folderHasEntries(home.path("data/Trash/info")));
-  ::umount2(volume.c_str(), MNT_DETACH);
+
+  removeTree(home.path(trash));
+  ASSERT_EQ(::symlink(planted.c_str(), home.path(trash).c_str()), 0);
+  EXPECT_FALSE(moveToTrash(volume + "/a", problem));
+  EXPECT_THAT(problem, HasSubstr("Permission denied"));
+  EXPECT_TRUE(isFolder(volume + "/a"));
+  EXPECT_FALSE(folderHasEntries(planted));
 }
 
 }  // namespace

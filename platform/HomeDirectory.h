@@ -1,0 +1,11 @@
+// The user's home folder on systems where the environment names it. Linux only. Thread: main.
+#pragma once
+
+#include <string>
+
+namespace corvane {
+
+/// Absolute, in UTF-8: the environment's, or that of the user's account; empty when neither tells.
+[[nodiscard]] std::string homeDirectory();
+
+}  // namespace corvane
