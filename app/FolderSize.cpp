@@ -10,10 +10,9 @@ namespace corvane {
 std::optional<float> folderSizeFrom(const std::string& output) {
   const auto tab = output.find('\t');
   if (tab == std::string::npos) return std::nullopt;
-  // Words such as "information" begin like a number to the standard library.
-  const std::string text = output.substr(0, tab);
-  const auto digit = std::min(text.find_first_not_of(" \n\r+-."), text.size());
-  return text[digit] >= '0' && text[digit] <= '9' ? std::strtof(text.c_str(), nullptr) : 0.0F;
+  // Decimal only: the standard library would read "0x1F", and the first letters of "information", too.
+  const auto end = std::min(tab, output.find_first_not_of(" \n\r+-.0123456789eE"));
+  return std::strtof(output.substr(0, end).c_str(), nullptr);
 }
 
 double percentageOf(float size, float whole) { return static_cast<double>(size / whole * 100.0F); }

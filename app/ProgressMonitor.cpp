@@ -15,6 +15,7 @@ ProgressMonitor::ProgressMonitor(ActivityBar& bar, RunLoop& runLoop, const RunRe
                                  std::string mailFolder)
     : bar_(bar), runLoop_(runLoop), record_(record), mailFolder_(std::move(mailFolder)) {}
 
+// There is no -1 for a number that cannot be read: reading one never fails here, it gives 0 at worst.
 void ProgressMonitor::getMailFolderSize() {
   if (const auto size = measureFolder(mailFolder_)) mailFolderSize_ = *size;
 }

@@ -84,6 +84,7 @@ TEST(FolderSize, IsWhatStandsBeforeTheFirstTab) {
       {"-1\t/Mail\n", -1.0F},
       {"du: \"/a\tb\": Permission non accordée\n12\t/\n", 0.0F},
       {"informação\t1\n", 0.0F},
+      {"0x1F\t", 0.0F},
       {"\t", 0.0F},
       {"", std::nullopt},
       {"du: Zugriff auf '/Mail' nicht möglich: Datei oder Verzeichnis nicht gefunden\n", std::nullopt}};
