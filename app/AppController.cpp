@@ -13,7 +13,6 @@
 #include "process/Log.h"
 #include "process/QSShellScriptGenerator.h"
 #include "recipes/ClientTable.h"
-#include "schedule/QSCrontabModifier.h"
 #include "script/ShellQuoting.h"
 #include "script/Text.h"
 
@@ -36,12 +35,13 @@ bool countsAsStep(const std::string& output) {
 
 }  // namespace
 
-AppController::AppController(const Facts& facts, Ports ports)
+AppController::AppController(const Facts& facts, Ports ports, const SystemPlaces& places)
     : facts_(facts),
       supportFolder_(facts.appSupportFolder + "/Quillon/Corvane/"),
       scriptPath_(supportFolder_ + kScriptName),
       logPath_(facts.libraryFolder + "/Logs/Corvane.log"),
       ports_(ports),
+      places_(places),
       monitor_(ports.activity, ports.runLoop, record_, facts.libraryFolder + "/Mail") {}
 
 // Before the other members go: the end of the script is still reported to this controller.
@@ -91,7 +91,8 @@ void AppController::runBackupNow() {
   }
   openWindow();
   const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
-  if (isApplicationMissing(configuration.appLocation) && userWantsToUninstall()) {
+  if (isApplicationMissing(configuration.appLocation, places_.companion) &&
+      ask(missingApplicationAlert()) == 0) {
     completeUninstall();
     return;
   }
@@ -130,20 +131,21 @@ void AppController::openWindow() {
   ports_.window.open(windowPoint(dock));
 }
 
-bool AppController::userWantsToUninstall() {
-  const Alert alert = missingApplicationAlert();
+// The log holds every alert, for runs that nobody watches.
+std::size_t AppController::ask(const Alert& alert) {
   log(alert.message);
+  log(alert.information);
   const std::size_t answer = ports_.workspace.showAlert(alert);
-  log("Answer: " + alert.buttons[std::min<std::size_t>(answer, 1)]);
-  return answer == 0;
+  log(answer < alert.buttons.size() ? "Answer: " + alert.buttons[answer] : "No answer");
+  return answer;
 }
 
 // The run ends here without an announcement, as if it had never been scheduled.
 void AppController::completeUninstall() {
-  QSCrontabModifier crontab(facts_.homeDirectory, [this](const std::string& message,
-                                                         const auto& information) {
-    static_cast<void>(ports_.workspace.showAlert({AlertStyle::informational, message, information, {"OK"}}));
-  });
+  const auto show = [this](const std::string& message, const std::string& information) {
+    static_cast<void>(ask({AlertStyle::informational, message, information, {"OK"}}));
+  };
+  QSCrontabModifier crontab(facts_.homeDirectory, show, places_.crontabTool);
   crontab.setScriptName("BackupEngine.app");
   crontab.removeCronJob();
   ports_.workspace.moveToTrash(facts_.appSupportFolder + "/Quillon/Corvane");

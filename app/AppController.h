@@ -18,6 +18,7 @@
 #include "process/FileLock.h"
 #include "process/RunLoop.h"
 #include "process/TaskWrapper.h"
+#include "schedule/QSCrontabModifier.h"
 #include "script/Client.h"
 #include "script/Facts.h"
 #include "script/RunRecord.h"
@@ -36,9 +37,15 @@ struct Ports {
   Volumes& volumes;
 };
 
+/// What a run expects at fixed places of the system.
+struct SystemPlaces {
+  std::string companion = "/Applications/Corvane.app";
+  std::string crontabTool = kCrontabTool;
+};
+
 class AppController : private TaskController, private ScriptHost {
  public:
-  AppController(const Facts& facts, Ports ports);
+  AppController(const Facts& facts, Ports ports, const SystemPlaces& places = {});
   ~AppController() override;
   AppController(const AppController&) = delete;
   AppController& operator=(const AppController&) = delete;
@@ -59,7 +66,7 @@ class AppController : private TaskController, private ScriptHost {
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
-  [[nodiscard]] bool userWantsToUninstall();
+  [[nodiscard]] std::size_t ask(const Alert& alert);
   void completeUninstall();
   void assembleScript(const BackupConfiguration& configuration);
   void failBeforeStart();
@@ -89,6 +96,7 @@ class AppController : private TaskController, private ScriptHost {
   const std::string scriptPath_;
   const std::string logPath_;
   Ports ports_;
+  const SystemPlaces places_;
   RunRecord record_;
   ProgressMonitor monitor_;
   FileLock onlyRun_;

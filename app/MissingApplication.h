@@ -9,11 +9,9 @@
 
 namespace corvane {
 
-inline constexpr const char* kUsualApplication = "/Applications/Corvane.app";
-
 /// True when the application is neither at the place that the configuration names nor at `usualPlace`.
 [[nodiscard]] bool isApplicationMissing(const std::optional<std::string>& configuredPlace,
-                                        const std::string& usualPlace = kUsualApplication);
+                                        const std::string& usualPlace);
 
 /// The question: the first button completes the uninstallation, the second goes on with the backup.
 [[nodiscard]] Alert missingApplicationAlert();

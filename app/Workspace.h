@@ -1,4 +1,5 @@
 // Port: what a run asks of the user's desktop. No operation reports failure to the run: each logs its own.
+// Without a desktop nothing is launched, opened or moved, which is logged as well.
 // Owner: the composition root. Thread: main.
 #pragma once
 
@@ -28,7 +29,7 @@ class Workspace {
   /// Posts a notification to other processes at once, with no object and no user information.
   virtual void postNotification(const std::string& name) = 0;
   /// Shows `alert` until a button is pressed and answers its index; one beyond the last when the alert went
-  /// away without. Where nobody can press any, answers the second, or the only one.
+  /// away without. Where nobody can press any, answers the second, or the only one. The caller logs it.
   [[nodiscard]] virtual std::size_t showAlert(const Alert& alert) = 0;
   /// Moves the folder at an absolute path to where the user can get it back from.
   virtual void moveToTrash(const std::string& folder) = 0;

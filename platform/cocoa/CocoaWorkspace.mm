@@ -2,6 +2,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <algorithm>
+
 #include "platform/DesktopOpen.h"
 #include "platform/Trash.h"
 #import "platform/cocoa/CompletionNotification.h"
@@ -36,7 +38,8 @@ std::size_t CocoaWorkspace::showAlert(const Alert& alert) {
   [NSApp activateIgnoringOtherApps:YES];
   const NSInteger answer = [panel runModal];
   [panel release];
-  return static_cast<std::size_t>(answer - NSAlertFirstButtonReturn);
+  // Others, as when the alert is ended from outside, are negative and so become large ones.
+  return std::min(static_cast<std::size_t>(answer - NSAlertFirstButtonReturn), alert.buttons.size());
 }
 
 void CocoaWorkspace::moveToTrash(const std::string& folder) {

@@ -16,7 +16,7 @@ void HeadlessWorkspace::openFile(const std::string& path, const std::string& /*a
 
 // The second answer is the one that changes nothing.
 std::size_t HeadlessWorkspace::showAlert(const Alert& alert) {
-  log("Not asking: there is no display");
+  log("Nobody can answer: there is no display");
   return alert.buttons.size() > 1 ? 1 : 0;
 }
 

@@ -1,4 +1,5 @@
-// A desktop without a desktop: nothing can be launched or opened, but the end of the run is announced.
+// A desktop without a desktop: nothing is launched, opened or moved to the Trash, which the log says, and an
+// alert gets the answer that changes nothing. Notifications are posted all the same.
 // Owner: the headless main. Thread: main.
 #pragma once
 

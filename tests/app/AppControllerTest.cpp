@@ -43,7 +43,8 @@ class AppControllerTest : public testing::Test {
     facts.appKitVersion = 2000;
     facts.today = {2026, 3, 9};
     controller = std::make_unique<AppController>(
-        facts, Ports{ports, ports, ports, ports, ports, runLoop, lists, volumes});
+        facts, Ports{ports, ports, ports, ports, ports, runLoop, lists, volumes},
+        SystemPlaces{home.path("Corvane.app"), home.path("crontab tool")});
     controller->awakeFromNib();
   }
 
@@ -218,8 +219,10 @@ TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
   EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
 }
 
+// An alert that goes away without an answer is no reason to do without a backup.
 TEST_F(AppControllerTest, AMissingApplicationIsAskedAboutBeforeTheDestination) {
   lists.files["Config.plist"]["App Location"] = {home.path() + "/moved.app"};
+  ports.answer = 2;
   start();
   EXPECT_THAT(eventsSince(), ElementsAre("headline Readying Corvane...", "open 10,100",
                                          "alert Missing Corvane?", "status Checking backup destination...",
@@ -231,6 +234,19 @@ TEST_F(AppControllerTest, AMissingApplicationIsAskedAboutBeforeTheDestination) {
 
 If Corvane has been moved, stop this error by simply launching Corvane again from its new location.)");
   EXPECT_THAT(alert.buttons, ElementsAre("Uninstall", "Continue Backup"));
+  EXPECT_THAT(log(), HasSubstr("] No answer\n"));
+}
+
+TEST_F(AppControllerTest, UninstallTakesTheScheduleBeforeTheFolderAndTellsNobody) {
+  lists.files["Config.plist"].erase("App Location");
+  home.writeScript("crontab tool", "[ \"$1\" = -l ] && echo '1 BackupEngine.app' && exit 0; exit 1\n");
+  ports.answer = 0;
+  start();
+  EXPECT_THAT(eventsSince(),
+              ElementsAre("headline Readying Corvane...", "open 10,100", "alert Missing Corvane?",
+                          "alert Scheduling Error", "trash " + support(), "terminate 0"));
+  EXPECT_EQ(home.read("Library/Application Support/Quillon/crontab"), "\n");
+  EXPECT_THAT(log(), AllOf(HasSubstr("] Answer: Uninstall\n"), HasSubstr("] Unable to remove schedule.\n")));
 }
 
 TEST(MissingApplication, IsAtNeitherPlace) {
