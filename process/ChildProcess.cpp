@@ -34,6 +34,10 @@ void ChildProcess::terminate() {
   }
 }
 
+std::optional<int> ChildProcess::fatalSignal() const {
+  return status_ && WIFSIGNALED(*status_) ? std::optional(WTERMSIG(*status_)) : std::nullopt;
+}
+
 std::optional<int> ChildProcess::ended() { return ask(WNOHANG); }
 
 int ChildProcess::wait() { return ask(0).value_or(-1); }

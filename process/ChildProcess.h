@@ -26,6 +26,9 @@ class ChildProcess {
   /// system did not keep the status, as it does for a process that ignores SIGCHLD.
   [[nodiscard]] int wait();
 
+  /// The signal that ended the program, when it has been waited for and was ended by one.
+  [[nodiscard]] std::optional<int> fatalSignal() const;
+
  private:
   [[nodiscard]] bool groupIsGone();
   [[nodiscard]] std::optional<int> ask(int options);

@@ -1,5 +1,7 @@
 #include "process/TaskWrapper.h"
 
+#include <csignal>
+#include <cstring>
 #include <utility>
 
 #include "process/Log.h"
@@ -48,7 +50,17 @@ void TaskWrapper::stopProcess() {
   if (!started_) return;
   reader_.reset();
   if (task_) task_->terminate();
-  if (TaskController* controller = std::exchange(controller_, nullptr)) controller->processFinished();
+  TaskController* controller = std::exchange(controller_, nullptr);
+  if (!controller) return;
+  logFatalSignal();
+  controller->processFinished();
+}
+
+// One that was asked to end has been asked by us: after it had closed its output, or for a cancel.
+void TaskWrapper::logFatalSignal() const {
+  const auto signal = task_ ? task_->fatalSignal() : std::nullopt;
+  if (!signal || *signal == SIGTERM) return;
+  log(arguments_.front() + " was ended by signal " + std::to_string(*signal) + ": " + ::strsignal(*signal));
 }
 
 }  // namespace corvane

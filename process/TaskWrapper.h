@@ -46,6 +46,7 @@ class TaskWrapper {
  private:
   void launch();
   void getData(std::string_view bytes);
+  void logFatalSignal() const;
 
   RunLoop& runLoop_;
   TaskController* controller_;  // null once the end has been reported
