@@ -11,6 +11,7 @@
 #include "app/MissingApplication.h"
 #include "process/Files.h"
 #include "process/Log.h"
+#include "process/OrphanedScript.h"
 #include "process/QSShellScriptGenerator.h"
 #include "recipes/ClientTable.h"
 #include "script/ShellQuoting.h"
@@ -54,6 +55,7 @@ void AppController::awakeFromNib() {
     ports_.workspace.terminate(kAlreadyRunning);
     return;
   }
+  if (fileExists(scriptPath_)) endOrphanedScripts(scriptPath_);  // only a killed run leaves it
   record_.mailTempFolder.clear();
   runBackupNow();
 }

@@ -19,7 +19,7 @@ struct Shell {
 
 // Started under the name sh, every one of these behaves as a POSIX shell.
 LaunchCommand commandFor(const Shell& shell, const std::vector<std::string>& arguments) {
-  LaunchCommand command{shell.program, {"/bin/sh"}, currentEnvironment()};
+  LaunchCommand command{shell.program, {kShellName}, currentEnvironment()};
   command.arguments.insert(command.arguments.end(), shell.leading.begin(), shell.leading.end());
   command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
   return command;

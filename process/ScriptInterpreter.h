@@ -13,6 +13,9 @@
 
 namespace corvane {
 
+/// What the list of processes shows as the program, whichever shell it is.
+inline constexpr const char* kShellName = "/bin/sh";
+
 /// The command that runs the script at arguments[0] with the other arguments. `toolsFolder` is looked through
 /// for commands after the folders of PATH, so that a system's own tools win.
 [[nodiscard]] LaunchCommand commandForScript(const std::vector<std::string>& arguments,
