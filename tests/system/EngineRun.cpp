@@ -14,6 +14,7 @@
 #include <system_error>
 
 #include "process/Files.h"
+#include "process/RunTool.h"
 #include "tests/support/WaitFor.h"
 
 namespace corvane {
@@ -28,16 +29,6 @@ std::vector<std::string> environmentIn(const std::string& home, const std::strin
   setVariable(environment, "PATH", home + "/bin:/usr/bin:/bin");
   setVariable(environment, "DISPLAY", display);
   return environment;
-}
-
-std::unique_ptr<ChildProcess> startProgram(const LaunchCommand& command, const std::string& outputFile,
-                                           pid_t& pid) {
-  const int output = ::open(outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-  const Spawned spawned = spawn(command, output);
-  ::close(output);
-  EXPECT_GT(spawned.pid, 0) << spawned.problem;
-  pid = spawned.pid;
-  return spawned.pid > 0 ? std::make_unique<ChildProcess>(spawned.pid) : nullptr;
 }
 
 // What the system says of a running process; 0 when it has ended.
@@ -78,12 +69,10 @@ std::string xmlPropertyList(const std::string& entries) {
          "</dict></plist>\n";
 }
 
-EngineRun::EngineRun() {
+EngineRun::EngineRun(uid_t user) : user_(user) {
   writeTestFile(preferences(), xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"));
   for (const auto& folder : {support(), destination(), home() + "/tmp", home() + "/bin"}) makeFolders(folder);
-  pid_t pid = -1;
-  notificationCentre_ = startProgram({"/usr/bin/gdnc", {"gdnc", "--no-fork"}, environmentIn(home(), "")},
-                                     home() + "/gdnc.log", pid);
+  notificationCentre_ = launch({"/usr/bin/gdnc", "--no-fork"}, "", "gdnc.log", daemonPid_);
 }
 
 EngineRun::~EngineRun() {
@@ -111,10 +100,27 @@ void EngineRun::installTool(const std::string& name, const std::string& script) 
   ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
 }
 
+std::unique_ptr<ChildProcess> EngineRun::launch(std::vector<std::string> words, const std::string& display,
+                                                const std::string& outputName, pid_t& pid) {
+  if (user_ != ::geteuid()) {
+    const std::string id = std::to_string(user_);
+    EXPECT_EQ(runTool({"/bin/chown", "-hR", id + ":" + id, home()}).status, 0);
+    words.insert(words.begin(), {"/usr/bin/setpriv", "--reuid", id, "--regid", id, "--clear-groups"});
+  }
+  const std::string file = home() + "/" + outputName;
+  const int output = ::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+  const Spawned spawned = spawn({words.front(), words, environmentIn(home(), display)}, output);
+  ::close(output);
+  EXPECT_GT(spawned.pid, 0) << spawned.problem;
+  pid = spawned.pid;
+  return spawned.pid > 0 ? std::make_unique<ChildProcess>(spawned.pid) : nullptr;
+}
+
 void EngineRun::start(const std::string& display) {
+  std::vector<std::string> words = starter_;
+  words.push_back(ENGINE_PATH);
   status_.reset();
-  engine_ =
-      startProgram({ENGINE_PATH, {ENGINE_PATH}, environmentIn(home(), display)}, home() + "/output", pid_);
+  engine_ = launch(std::move(words), display, "output", pid_);
 }
 
 std::optional<int> EngineRun::exitStatus(std::chrono::seconds limit) {
@@ -142,8 +148,7 @@ std::string EngineRun::log() const { return readTestFile(library() + "/Logs/Corv
 
 void EngineRun::listen() {
   pid_t pid = -1;
-  const std::vector<std::string> words{LISTENER_PATH, "com.quillon.Corvane.executionComplete"};
-  listener_ = startProgram({LISTENER_PATH, words, environmentIn(home(), "")}, home() + "/heard", pid);
+  listener_ = launch({LISTENER_PATH, "com.quillon.Corvane.executionComplete"}, "", "heard", pid);
   EXPECT_TRUE(waitFor([this] { return readTestFile(home() + "/heard") != ""; }, std::chrono::seconds(10)));
 }
 

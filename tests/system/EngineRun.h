@@ -1,10 +1,13 @@
 // The real program, started in a home folder of its own, seen from outside: its log, its exit, its files.
 #pragma once
 
+#include <unistd.h>
+
 #include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "process/ChildProcess.h"
@@ -15,8 +18,9 @@ namespace corvane {
 
 class EngineRun {
  public:
-  /// Makes the home folder with preferences that name a configuration, and an empty destination.
-  EngineRun();
+  /// Makes the home folder with preferences that name a configuration, and an empty destination. All that it
+  /// starts, it starts as `user`; another one than our own needs root.
+  explicit EngineRun(uid_t user = ::geteuid());
   ~EngineRun();
   EngineRun(const EngineRun&) = delete;
   EngineRun& operator=(const EngineRun&) = delete;
@@ -38,6 +42,9 @@ class EngineRun {
   /// Puts a command of that name before all others on the engine's PATH.
   void installTool(const std::string& name, const std::string& script);
 
+  /// Has the engine started by another program, of that absolute path and with those arguments before its
+  /// own.
+  void startUnder(std::vector<std::string> starter) { starter_ = std::move(starter); }
   /// Starts the engine, with a window on `display` or headless when that is empty.
   void start(const std::string& display = "");
   /// Waits for the engine to end and answers its exit status; nothing when it has not within the limit.
@@ -55,15 +62,23 @@ class EngineRun {
   /// What the engine wrote to its standard output, and to standard error before its log was open.
   [[nodiscard]] std::string output() const;
   [[nodiscard]] pid_t pid() const { return pid_; }
+  [[nodiscard]] pid_t notificationDaemon() const { return daemonPid_; }
   /// The most memory that the engine has had so far, in KiB, as far as it was seen by `exitStatus`.
   [[nodiscard]] long peakMemory() const { return peakMemory_; }
 
  private:
+  [[nodiscard]] std::unique_ptr<ChildProcess> launch(std::vector<std::string> words,
+                                                     const std::string& display,
+                                                     const std::string& outputName, pid_t& pid);
+
+  const uid_t user_;
+  std::vector<std::string> starter_;
   ScratchFolder home_;
   std::unique_ptr<ChildProcess> notificationCentre_;
   std::unique_ptr<ChildProcess> listener_;
   std::unique_ptr<ChildProcess> engine_;
   pid_t pid_ = -1;
+  pid_t daemonPid_ = -1;
   long peakMemory_ = 0;
   std::optional<int> status_;
 };

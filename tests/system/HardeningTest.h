@@ -1,0 +1,61 @@
+// What the sweeps have in common: a user with mail and older archives, and the one judge of a run to which
+// something happened.
+//
+// Each case is two runs in the same home folder: one that is disturbed, and a normal one after it.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "tests/support/PrivateSystem.h"
+#include "tests/system/EngineRun.h"
+
+namespace corvane {
+
+/// How many cases, or how much: `reduced`, or `whole` where CORVANE_SWEEP is "long" in the environment.
+[[nodiscard]] unsigned long sweep(unsigned long reduced, unsigned long whole);
+
+/// Ends a test that needs mounts of its own, or several users, where there can be none.
+#define NEEDS_PRIVATE_SYSTEM() \
+  if (!isPrivateSystem()) GTEST_SKIP() << "only root may mount; nor may the program lie in /tmp"
+
+class HardeningTest : public testing::Test {
+ protected:
+  explicit HardeningTest(uid_t user = ::geteuid());
+
+  /// Writes settings, mail and older archives, where they belong at present.
+  void furnish();
+  /// Has archives made in /tmp, for the volume that is mounted as /Volumes/corvane.
+  void useServer();
+
+  /// Puts `commands` before the script's `step`-th use of a tool that changes files; "$tool" is that tool.
+  void atStep(unsigned long step, const std::string& commands);
+  /// How many such tools have been used.
+  [[nodiscard]] unsigned long steps() const;
+  void removeTool(const std::string& name) const;
+
+  /// The judge, after a run that ended with `status`, or never did. When it failed, the log must hold
+  /// `cause`; when not, there must be a new archive. Whatever happened, the older archives are as they were,
+  /// all archives are whole, and a normal run, before which `recover` is called, succeeds and leaves nothing
+  /// but archives, settings and marks.
+  void judge(std::optional<int> status, const std::string& cause, const std::function<void()>& recover = {});
+
+  /// All that was logged, with what came before the log was open.
+  [[nodiscard]] std::string logged() const { return engine.output() + engine.log(); }
+
+  EngineRun engine;
+  std::string archives = engine.destination();
+
+ private:
+  void expectIntactArchives() const;
+  void expectNewArchive() const;
+
+  std::string older_;
+  int mails_ = 0;
+};
+
+}  // namespace corvane
