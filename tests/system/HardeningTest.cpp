@@ -41,6 +41,7 @@ HardeningTest::HardeningTest(uid_t user) : engine(user) {
 }
 
 void HardeningTest::furnish() {
+  makeFolders(archives);
   engine.configureMail();
   writeTestFile(engine.library() + "/Mail/V9/Archive.mbox/table", noise(256 * 1024));
   writeTestFile(engine.preferences(),
@@ -54,7 +55,6 @@ void HardeningTest::furnish() {
 
 void HardeningTest::useServer() {
   archives = "/Volumes/corvane";
-  makeFolders(archives);
   furnish();
   writeTestFile(engine.configuration(),
                 xmlPropertyList("<key>Clients</key><array><string>Apple Mail</string></array>"
@@ -116,7 +116,7 @@ void HardeningTest::expectNewArchive() const {
   const ScratchFolder folder;
   const std::string out = folder.path();
   EXPECT_EQ(runTool({"/usr/bin/unzip", "-qq", archives + kNew, "-d", out}).status, 0);
-  EXPECT_EQ(runTool({"/usr/bin/unzip", "-qq", out + "/Mail/Mail.zip", "-d", out + "/data"}).status, 0);
+  EXPECT_EQ(runTool({"/usr/bin/unzip", "-qq^", out + "/Mail/Mail.zip", "-d", out + "/data"}).status, 0);
   EXPECT_EQ(runTool({"/usr/bin/diff", "-r", engine.library() + "/Mail", out + "/data"}).output, "");
 }
 

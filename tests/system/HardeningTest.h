@@ -38,11 +38,14 @@ class HardeningTest : public testing::Test {
   [[nodiscard]] unsigned long steps() const;
   void removeTool(const std::string& name) const;
 
-  /// The judge, after a run that ended with `status`, or never did. When it failed, the log must hold
-  /// `cause`; when not, there must be a new archive. Whatever happened, the older archives are as they were,
-  /// all archives are whole, and a normal run, before which `recover` is called, succeeds and leaves nothing
-  /// but archives, settings and marks.
+  /// The judge, after a run that ended with `status`, or never did. Of 1, the log must hold the `cause`; of
+  /// 0, there must be a new archive. Whatever happened, the older archives are as they were, all archives are
+  /// whole, and a normal run, before which `recover` is called, succeeds and leaves nothing but archives,
+  /// settings and marks.
   void judge(std::optional<int> status, const std::string& cause, const std::function<void()>& recover = {});
+
+  /// Older archives are as they were, and all archives are whole.
+  void expectIntactArchives() const;
 
   /// All that was logged, with what came before the log was open.
   [[nodiscard]] std::string logged() const { return engine.output() + engine.log(); }
@@ -51,7 +54,6 @@ class HardeningTest : public testing::Test {
   std::string archives = engine.destination();
 
  private:
-  void expectIntactArchives() const;
   void expectNewArchive() const;
 
   std::string older_;

@@ -122,15 +122,6 @@ INSTANTIATE_TEST_SUITE_P(
                        0}),
     [](const auto& test) { return test.param.name; });
 
-TEST_F(HeadlessRunTest, AGigabyteOfOutputNeitherFillsMemoryNorHidesTheVerdict) {
-  engine.configureMail();
-  engine.installTool(
-      "ditto", "[ $1 != -ckX ] || head -c 1000000000 /dev/zero | tr '\\0' x\nexec " DITTO_PATH " \"$@\"\n");
-  engine.start();
-  EXPECT_EQ(engine.exitStatus(std::chrono::seconds(90)), 0);
-  EXPECT_LT(engine.peakMemory(), 64 * 1024);
-}
-
 struct PreferencesCase {
   const char* name;
   const char* usual;      // bytes of the file in the usual spelling; null for none
