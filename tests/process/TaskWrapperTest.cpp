@@ -147,6 +147,10 @@ TEST_F(TaskWrapperTest, ChildThatIgnoresTheRequestIsKilled) {
   expectAllDead(output);
 }
 
+TEST_F(TaskWrapperTest, ChildThatClosesItsOutputAndGoesOnIsEnded) {
+  expectAllDead(outputOf("echo $$\nexec >&- 2>&-\nexec sleep 1000\n"));
+}
+
 TEST_F(TaskWrapperTest, StopBeforeTheStartDoesNothing) {
   task =
       std::make_unique<TaskWrapper>(loop, *this, std::vector{folder.writeScript("s.sh", "echo ran\n")}, "");
