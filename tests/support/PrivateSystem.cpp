@@ -44,7 +44,7 @@ void enterPrivateSystem(const std::string& needed) {
 bool isPrivateSystem() { return isPrivate; }
 
 Volume::Volume(std::string path) : path_(std::move(path)) {
-  EXPECT_EQ(::mount("tmpfs", path_.c_str(), "tmpfs", 0, "mode=1777"), 0) << path_;
+  EXPECT_EQ(::mount("tmpfs", path_.c_str(), "tmpfs", 0, "mode=777"), 0) << path_;
 }
 
 Volume::~Volume() { ::umount2(path_.c_str(), MNT_DETACH); }
@@ -56,10 +56,6 @@ void Volume::leaveFree(unsigned long bytes, unsigned long entries) const {
   const auto data = "size=" + std::to_string(size + (size == 0 ? now.f_frsize : 0)) +
                     ",nr_inodes=" + std::to_string(now.f_files - now.f_ffree + entries);
   ASSERT_EQ(::mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT, data.c_str()), 0) << data;
-}
-
-void Volume::setReadOnly(bool readOnly) const {
-  EXPECT_EQ(::mount(nullptr, path_.c_str(), nullptr, MS_REMOUNT | (readOnly ? MS_RDONLY : 0), nullptr), 0);
 }
 
 }  // namespace corvane

@@ -21,7 +21,6 @@ class Volume {
 
   /// Leaves so many bytes or new entries free; the test fails when that cannot be done.
   void leaveFree(unsigned long bytes, unsigned long entries) const;
-  void setReadOnly(bool readOnly) const;
 
  private:
   const std::string path_;

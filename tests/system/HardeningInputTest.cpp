@@ -65,6 +65,10 @@ TEST_F(HostileWordTest, AreNoCommandsWhereNoneIsMeant) {
     EXPECT_EQ(status, 0);
     EXPECT_EQ(elsewhere(), before);
     judge(status, "");
+    engine.configure("<key>Automount</key><dict><key>Protocol</key><string>smb</string><key>Server</key>" +
+                     text + "<key>Path</key>" + text + "<key>Username</key>" + text + "<key>Password</key>" +
+                     text + "</dict>");
+    EXPECT_EQ(engine.run(), 1);
     EXPECT_FALSE(executed());
   }
 }

@@ -72,15 +72,13 @@ INSTANTIATE_TEST_SUITE_P(
 // The script does not look at the result of the copy: the log at least shows its message.
 TEST_F(HardeningTest, AFullServerIsNamedInTheLog) {
   NEEDS_PRIVATE_SYSTEM();
-  makeFolders("/Volumes/corvane");
-  const Volume volume("/Volumes/corvane");
   useServer();
   removeFile(archives + "/Daily-Mail.qvb");
-  volume.leaveFree(100'000, 10);
+  server->leaveFree(100'000, 10);
   EXPECT_EQ(engine.run(), 0);
   EXPECT_THAT(engine.log(), AllOf(HasSubstr("error writing '/Volumes/corvane/Daily-Mail.qvb'"),
                                   HasSubstr("No space left on device")));
-  volume.leaveFree(kPlenty, 10);
+  server->leaveFree(kPlenty, 10);
   judge(engine.run(), "");
 }
 

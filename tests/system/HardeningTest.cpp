@@ -55,6 +55,8 @@ void HardeningTest::furnish() {
 
 void HardeningTest::useServer() {
   archives = "/Volumes/corvane";
+  makeFolders(archives);
+  server = std::make_unique<Volume>(archives);
   furnish();
   writeTestFile(engine.configuration(),
                 xmlPropertyList("<key>Clients</key><array><string>Apple Mail</string></array>"
@@ -74,10 +76,6 @@ void HardeningTest::atStep(unsigned long step, const std::string& commands) {
 
 unsigned long HardeningTest::steps() const { return readTestFile(engine.home() + "/steps").size(); }
 
-void HardeningTest::removeTool(const std::string& name) const {
-  EXPECT_TRUE(removeFile(engine.home() + "/bin/" + name));
-}
-
 void HardeningTest::judge(std::optional<int> status, const std::string& cause,
                           const std::function<void()>& recover) {
   ASSERT_TRUE(status) << "the run has not ended";
@@ -86,7 +84,7 @@ void HardeningTest::judge(std::optional<int> status, const std::string& cause,
     EXPECT_THAT(logged(), HasSubstr(cause));
   }
   if (recover) recover();
-  for (const auto& tool : kTools) removeTool(tool);
+  for (const std::string tool : kTools) EXPECT_TRUE(removeFile(engine.home() + "/bin/" + tool));
   removeFile(engine.library() + "/Logs/Corvane.log");
   removeFile(engine.home() + "/output");
   expectIntactArchives();

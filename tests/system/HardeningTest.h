@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -36,7 +37,6 @@ class HardeningTest : public testing::Test {
   void atStep(unsigned long step, const std::string& commands);
   /// How many such tools have been used.
   [[nodiscard]] unsigned long steps() const;
-  void removeTool(const std::string& name) const;
 
   /// The judge, after a run that ended with `status`, or never did. Of 1, the log must hold the `cause`; of
   /// 0, there must be a new archive. Whatever happened, the older archives are as they were, all archives are
@@ -52,6 +52,7 @@ class HardeningTest : public testing::Test {
 
   EngineRun engine;
   std::string archives = engine.destination();
+  std::unique_ptr<Volume> server;
 
  private:
   void expectNewArchive() const;
