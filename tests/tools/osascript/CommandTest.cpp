@@ -1,11 +1,23 @@
-// The command itself, with real programs.
+// The command itself, as a script meets it, with real programs and windows.
+#include <gmock/gmock.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <climits>
+#include <map>
 #include <sstream>
 
-#include "tests/tools/osascript/CommandFixture.h"
+#include "process/ChildProcess.h"
+#include "process/Files.h"
+#include "process/RunTool.h"
+#include "tests/support/ScratchFolder.h"
+#include "tests/support/VirtualDisplay.h"
+#include "tests/support/WaitFor.h"
 #include "tools/osascript/Names.h"
+
+// After the test framework, whose names the window system's macros would take.
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 namespace corvane {
 namespace {
@@ -16,38 +28,99 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
+// Runs the command with folders and programs of its own, without a display unless the test sets one.
+class CommandTest : public testing::Test {
+ protected:
+  CommandTest() {
+    set({{"HOME", scratch_.path()},
+         {"PATH", scratch_.path("bin:/usr/bin:/bin")},
+         {"XDG_DATA_HOME", scratch_.path("data")},
+         {"XDG_DATA_DIRS", scratch_.path("none")},
+         {"DISPLAY", ""}});
+  }
+  void set(const std::map<std::string, std::string>& variables) {
+    for (const auto& [name, value] : variables) setVariable(environment_, name, value);
+  }
+
+  ToolResult run(const std::vector<std::string>& lines, Capture capture = Capture::outputAndErrors) {
+    LaunchCommand command{OSASCRIPT_PATH, {"osascript"}, environment_};
+    for (const auto& line : lines) command.arguments.insert(command.arguments.end(), {"-e", line});
+    return runTool(command, capture);
+  }
+  ToolResult tell(const std::string& name, const std::string& statement) {
+    return run({"tell application \"" + name + "\"", statement, "end tell"});
+  }
+
+  ScratchFolder scratch_;
+  // Names that no other test uses at the same time. The system keeps only 15 letters of the first.
+  const std::string own_ = scratch_.path().substr(scratch_.path().size() - 6);
+  const std::string standIn_ = "Corvane Stand-In " + own_;
+  std::vector<std::string> environment_ = currentEnvironment();
+};
+
+// What the system tells of a process in its file `name`.
+std::string systemFile(pid_t pid, const std::string& name) {
+  std::string problem;
+  return readFile("/proc/" + std::to_string(pid) + "/" + name, 1 << 20, problem).value_or("");
+}
+
+// A process that bears a given name and does nothing for a while.
+class StandIn {
+ public:
+  // `beginning` is what its arguments begin with once it has started.
+  StandIn(const std::vector<std::string>& command, const std::string& beginning) {
+    Pipe unread;
+    pid_ = spawn({command.front(), command, currentEnvironment()}, unread.writeEnd).pid;
+    process_ = std::make_unique<ChildProcess>(pid_);
+    const auto hasBegun = [&] { return systemFile(pid_, "cmdline").starts_with(beginning); };
+    EXPECT_TRUE(waitFor(hasBegun));
+  }
+  // A program of that name and no other purpose.
+  StandIn(const ScratchFolder& folder, const std::string& name)
+      : StandIn({copyOf("/bin/sleep", folder, name), "30"}, folder.path()) {}
+  [[nodiscard]] static std::string copyOf(const std::string& program, const ScratchFolder& folder,
+                                          const std::string& name) {
+    std::string problem;
+    return folder.write(name, readFile(program, 1 << 20, problem).value_or(""), 0755);
+  }
+  [[nodiscard]] pid_t pid() const { return pid_; }
+
+  // By what it ended: a request of somebody else, or, when there was none, ours. Of signals that wait
+  // together the one with the smaller number is delivered first, so that theirs never goes unseen.
+  [[nodiscard]] int endingSignal() {
+    static_assert(SIGVTALRM > SIGTERM);
+    ::kill(pid_, SIGVTALRM);
+    return process_->wait() - 128;
+  }
+
+ private:
+  pid_t pid_;
+  std::unique_ptr<ChildProcess> process_;
+};
+
 TEST_F(CommandTest, QuitsProcessesOfExactlyThatName) {
   const std::string script = scratch_.writeScript("scripts/" + standIn_, "sleep 30 & wait\n");
+  const std::string shell = StandIn::copyOf("/bin/sh", scratch_, "shells/" + standIn_);
   StandIn program(scratch_, standIn_);
   StandIn sameName(scratch_, "corvanestandin" + own_);
-  StandIn interpreted({script});
+  StandIn interpreted({script}, "/bin/sh");
+  StandIn renamed({shell, "-c", "printf other >/proc/$$/comm; sleep 30 & wait"}, shell);
+  ASSERT_TRUE(waitFor([&] { return systemFile(renamed.pid(), "comm") == "other\n"; }));
   StandIn longer(scratch_, standIn_ + " Sync");
   StandIn shorter(scratch_, "Corvane Stand-I");
   const auto result = tell("CORVANE stand-in-" + own_, "quit");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "");
-  EXPECT_EQ(program.endingSignal(), SIGTERM);
-  EXPECT_EQ(sameName.endingSignal(), SIGTERM);
-  EXPECT_EQ(interpreted.endingSignal(), SIGTERM);
-  EXPECT_EQ(longer.endingSignal(), SIGVTALRM);
-  EXPECT_EQ(shorter.endingSignal(), SIGVTALRM);
-}
-
-TEST_F(CommandTest, KnowsAProcessThatCallsItselfOtherwiseByItsFile) {
-  const std::string shell = StandIn::copyOf("/bin/sh", scratch_, standIn_);
-  StandIn renamed({shell, "-c", "printf other >/proc/$$/comm; sleep 30 & wait"});
-  ASSERT_TRUE(
-      waitFor([&] { return systemFile(renamed.pid(), "comm") == "other\n"; }, std::chrono::seconds(10)));
-  EXPECT_EQ(tell(standIn_, "quit").status, 0);
-  EXPECT_EQ(renamed.endingSignal(), SIGTERM);
+  for (auto* const quit : {&program, &sameName, &interpreted, &renamed})
+    EXPECT_EQ(quit->endingSignal(), SIGTERM);
+  for (auto* const spared : {&longer, &shorter}) EXPECT_EQ(spared->endingSignal(), SIGVTALRM);
 }
 
 TEST_F(CommandTest, LeavesOtherUsersAlone) {
   if (::getuid() != 0) GTEST_SKIP() << "only root can start a program of another user";
   ::chmod(scratch_.path().c_str(), 0755);
   const std::string program = StandIn::copyOf("/bin/sleep", scratch_, standIn_);
-  StandIn other({"/usr/bin/setpriv", "--reuid=65534", "--clear-groups", program, "30"});
-  ASSERT_TRUE(waitFor([&] { return other.arguments().starts_with(program); }, std::chrono::seconds(10)));
+  StandIn other({"/usr/bin/setpriv", "--reuid=65534", "--clear-groups", program, "30"}, program);
   EXPECT_THAT(tell(standIn_, "quit").output, HasSubstr("(-1728)"));
   EXPECT_EQ(other.endingSignal(), SIGVTALRM);
 }
@@ -56,122 +129,163 @@ TEST_F(CommandTest, SparesThoseThatStartedIt) {
   const std::string parent =
       scratch_.writeScript(standIn_, std::string(OSASCRIPT_PATH) + " -e 'tell application \"" + standIn_ +
                                          "\" to quit' 2>&1\necho status $?\n");
-  const auto result = runTool({parent, {parent}, environment_});
-  EXPECT_EQ(result.status, 0);
-  EXPECT_THAT(result.output, AllOf(HasSubstr("(-1728)"), EndsWith("status 1\n")));
+  EXPECT_THAT(runTool({parent, {parent}, environment_}).output,
+              AllOf(HasSubstr("(-1728)"), EndsWith("status 1\n")));
 }
-
-struct ErrorCase {
-  std::vector<std::string> lines;
-  const char* output;
-};
 
 TEST_F(CommandTest, ReportsFailuresOnStandardError) {
   scratch_.writeScript("bin/idle-mail", "");
-  const ErrorCase cases[] = {
-      {{"tell application \"Absent \\\"Mail\\\"\" to activate"},
-       "38:46: execution error: Can’t get application \"Absent \\\"Mail\\\"\". (-1728)\n"},
-      {{"tell application \"Absent Mail\"", "quit", "end tell"},
-       "31:35: execution error: Can’t get application \"Absent Mail\". (-1728)\n"},
-      {{"tell application \"Absent Mail\" to set working offline to true"},
-       "34:61: execution error: Can’t get application \"Absent Mail\". (-1728)\n"},
+  const std::string none = "execution error: Can’t get application ";
+  const std::string refused = "execution error: Idle Mail got an error: ";
+  const std::pair<std::vector<std::string>, std::string> cases[] = {
+      {{"tell application \"No \\\"Mail\\\"\" to activate"},
+       "34:42: " + none + "\"No \\\"Mail\\\"\". (-1728)\n"},
+      {{"tell application \"No\"", "quit", "end tell"}, "22:26: " + none + "\"No\". (-1728)\n"},
+      {{"tell application \"No\" to set working offline to true"}, "25:52: " + none + "\"No\". (-1728)\n"},
       {{"tell application \"Idle Mail\" to set working offline to true"},
-       "32:59: execution error: Idle Mail got an error: Application isn’t running. (-600)\n"},
+       "32:59: " + refused + "Application isn’t running. (-600)\n"},
       {{"tell application \"Idle Mail\" to shut down"},
-       "32:41: execution error: Idle Mail got an error: Can’t continue shut down. (-1708)\n"},
+       "32:41: " + refused + "Can’t continue shut down. (-1708)\n"},
       {{"tell application \"Idle Mail\" to quit"}, ""},
       {{"tell application \"Idle Mail"},
        "17:27: syntax error: Expected “\"” but found end of line. (-2741)\n"},
-      {{}, "usage: osascript -e statement [-e statement ...]\n"},
-  };
-  for (const auto& row : cases) {
-    const auto result = run(row.lines);
-    EXPECT_EQ(result.output, row.output);
-    EXPECT_EQ(result.status, *row.output ? 1 : 0);
-    EXPECT_EQ(run(row.lines, Capture::outputOnly).output, "");
+      {{}, "usage: osascript -e statement [-e statement ...]\n"}};
+  for (const auto& [lines, output] : cases) {
+    const auto result = run(lines);
+    EXPECT_EQ(result.output, output);
+    EXPECT_EQ(result.status, output.empty() ? 0 : 1);
+    EXPECT_EQ(run(lines, Capture::outputOnly).output, "");
   }
-}
-
-TEST_F(CommandTest, SaysThatARunningApplicationCannotBeSetOffline) {
-  StandIn running(scratch_, standIn_);
-  const auto result = tell(standIn_, "set working offline to true");
-  EXPECT_THAT(result.output, HasSubstr("Can’t set working offline to true. (-10006)"));
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(running.endingSignal(), SIGVTALRM);
 }
 
 // Starting it a second time would fail, so that success tells that nothing was started.
-TEST_F(CommandTest, DoesNotStartWhatRuns) {
-  constexpr const char* kNoProgram = "\177ELF";
-  scratch_.write("bin/corvane-stand-in-" + lowerCase(own_), kNoProgram, 0755);
+TEST_F(CommandTest, NeitherStartsNorSetsOfflineWhatRuns) {
+  scratch_.write("bin/corvane-stand-in-" + lowerCase(own_), "\177ELF", 0755);
   {
     const StandIn running(scratch_, standIn_);
     EXPECT_EQ(tell(standIn_, "activate").status, 0);
+    EXPECT_THAT(tell(standIn_, "set working offline to true").output,
+                HasSubstr("Can’t set working offline to true. (-10006)"));
   }
-  const auto result = tell(standIn_, "activate");
-  EXPECT_EQ(result.status, 1);
-  EXPECT_THAT(result.output, AllOf(HasSubstr("cannot start " + scratch_.path()), HasSubstr("(-10810)")));
+  EXPECT_THAT(tell(standIn_, "activate").output,
+              AllOf(HasSubstr("cannot start " + scratch_.path()), HasSubstr("(-10810)")));
 }
 
-TEST_F(CommandTest, RunsNothingOfItsArguments) {
+// The application writes down how it was started, and stays.
+TEST_F(CommandTest, StartsWhatOutlivesItInTheRightFolder) {
   const std::string made = scratch_.path("made");
-  for (const std::string& text :
-       {"$(touch " + made + ")", "`touch " + made + "`", "; touch " + made + " ;"}) {
-    for (const char* statement : {"activate", "quit"}) EXPECT_EQ(tell(text, statement).status, 1);
-    EXPECT_EQ(run({text}).status, 1);
+  const std::string program =
+      scratch_.writeScript("programs/an agent", R"(printf '%s\n' $$ "$PWD" "$@" >"$HOME/partly"
+mv "$HOME/partly" "$HOME/started"
+sleep 30 & wait
+)");
+  const std::string agent = "$(touch " + made + ")" + own_;
+  set({{"BASHOPTS", "xpg_echo"}, {"TIME_STYLE", "+%m"}});
+  for (const std::string folder : {"", "/programs"}) {
+    scratch_.write("data/applications/agent.desktop",
+                   "[Desktop Entry]\nType=Application\nName=" + agent +
+                       "\nPath=" + (folder.empty() ? "" : scratch_.path() + folder) + "\nExec=\"" + program +
+                       "\" %U --mail \"two words\"\n");
+    const auto result = tell(agent, "activate");  // returns once nobody holds its output any more
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output, "");
+    ASSERT_TRUE(waitFor([&] { return fileExists(scratch_.path("started")); }));
+    std::istringstream lines(scratch_.read("started"));
+    pid_t pid = 0;
+    std::string rest;
+    std::getline(lines >> pid >> std::ws, rest, '\0');
+    EXPECT_EQ(rest, scratch_.path() + folder + "\n--mail\ntwo words\n");
+    EXPECT_EQ(::getsid(pid), pid);
+    for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"}) {
+      char target[PATH_MAX] = {};
+      EXPECT_GT(::readlink(("/proc/" + std::to_string(pid) + stream).c_str(), target, sizeof target - 1), 0);
+      EXPECT_STREQ(target, "/dev/null");
+    }
+    EXPECT_THAT(systemFile(pid, "environ"),
+                AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE="))));
+    if (pid > 1) ::kill(-pid, SIGKILL);
+    std::remove(scratch_.path("started").c_str());
   }
   EXPECT_FALSE(fileExists(made));
 }
 
-// An application that writes down how it was started, and stays.
-class ActivateTest : public CommandTest {
- protected:
-  ~ActivateTest() override {
-    if (pid_ > 0) ::kill(-pid_, SIGKILL);
-  }
-  static constexpr const char* kAgent = R"(printf '%s\n' $$ "$PWD" "$@" >"$HOME/partly"
-mv "$HOME/partly" "$HOME/started"
-sleep 30 & wait
-)";
-
-  /// Its folder and arguments, one per line.
-  std::string startedWith() {
-    const std::string file = scratch_.path("started");
-    if (!waitFor([&] { return fileExists(file); }, std::chrono::seconds(10))) return "not started";
-    std::istringstream lines(scratch_.read("started"));
-    lines >> pid_;
-    std::string rest;
-    std::getline(lines >> std::ws, rest, '\0');
-    return rest;
-  }
-  pid_t pid_ = 0;
+struct WindowCase {
+  const char* description;
+  const char* suffix;  // of its class, after the name of the application
+  bool namesProcess;
+  bool isShown;
+  bool isMinimized;
+  bool canClose;
+  bool isAsked;
+  bool isRaised;  // when the process that it names is gone
 };
 
-TEST_F(ActivateTest, StartsAProgramThatOutlivesTheCommand) {
-  scratch_.writeScript("bin/corvane-agent-" + lowerCase(own_), kAgent);
-  set("BASHOPTS", "xpg_echo");
-  set("TIME_STYLE", "+%m");
-  const auto result = tell(agent_, "activate");  // returns once nobody holds its output any more
-  EXPECT_EQ(result.status, 0);
-  EXPECT_EQ(result.output, "");
-  EXPECT_EQ(startedWith(), scratch_.path() + "\n");
-  EXPECT_EQ(::getsid(pid_), pid_);
-  for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"}) {
-    char target[PATH_MAX] = {};
-    EXPECT_GT(::readlink(("/proc/" + std::to_string(pid_) + stream).c_str(), target, sizeof target - 1), 0);
-    EXPECT_STREQ(target, "/dev/null");
+// A client of the window system with one window, to which messages can be sent.
+class TestWindow {
+ public:
+  TestWindow(const std::string& display, const WindowCase& row, std::string name, long process)
+      : display_(XOpenDisplay(display.c_str()), XCloseDisplay) {
+    const Window root = DefaultRootWindow(display_.get());
+    XSelectInput(display_.get(), root, SubstructureNotifyMask);
+    window_ = XCreateSimpleWindow(display_.get(), root, 0, 0, 20, 20, 0, 0, 0);
+    std::string type = name + row.suffix;
+    XClassHint hint{name.data(), type.data()};
+    XSetClassHint(display_.get(), window_, &hint);
+    constexpr long kIconic = 3;
+    if (row.namesProcess) setNumber("_NET_WM_PID", process);
+    if (row.isMinimized) setNumber("WM_STATE", kIconic);
+    Atom close = atom("WM_DELETE_WINDOW");
+    if (row.canClose) XSetWMProtocols(display_.get(), window_, &close, 1);
+    if (row.isShown) XMapWindow(display_.get(), window_);
+    XSync(display_.get(), False);
   }
-  EXPECT_THAT(systemFile(pid_, "environ"),
-              AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE="))));
-}
 
-TEST_F(ActivateTest, StartsADesktopEntryInItsFolder) {
-  const std::string program = scratch_.writeScript("programs/corvane agent", kAgent);
-  scratch_.write("data/applications/agent.desktop", "[Desktop Entry]\nType=Application\nName=" + agent_ +
-                                                        "\nPath=" + scratch_.path() + "/programs\nExec=\"" +
-                                                        program + "\" %U --mail \"two words\"\n");
-  EXPECT_EQ(tell(agent_, "activate").status, 0);
-  EXPECT_EQ(startedWith(), scratch_.path() + "/programs\n--mail\ntwo words\n");
+  // Takes the messages that have arrived; true when `name` is among them.
+  bool hasReceived(const char* protocol, const char* name = nullptr) {
+    XSync(display_.get(), False);
+    bool found = false;
+    for (XEvent event; XCheckTypedEvent(display_.get(), ClientMessage, &event);) {
+      const auto& message = event.xclient;
+      found |= message.window == window_ && message.message_type == atom(protocol) &&
+               (!name || message.data.l[0] == static_cast<long>(atom(name)));
+    }
+    return found;
+  }
+
+ private:
+  Atom atom(const char* name) { return XInternAtom(display_.get(), name, False); }
+  void setNumber(const char* property, long value) {
+    XChangeProperty(display_.get(), window_, atom(property), atom("CARDINAL"), 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(&value), 1);
+  }
+
+  std::unique_ptr<::Display, int (*)(::Display*)> display_;
+  Window window_ = None;
+};
+
+const WindowCase kWindowCases[] = {
+    {"by its class", "", false, true, false, true, true, true},
+    {"by its process", " Other", true, true, false, true, true, false},
+    {"minimized", "", false, false, true, true, true, true},
+    {"somebody else's", " Sync", false, true, false, true, false, false},
+    {"never shown", "", true, false, false, true, false, false},
+    {"cannot be asked", "", true, true, false, false, false, true},
+};
+
+TEST_F(CommandTest, AsksWindowsToCloseAndEndsOnlyWhatHasNone) {
+  const VirtualDisplay display;
+  ASSERT_EQ(display.problem(), "");
+  set({{"DISPLAY", display.name()}});
+  for (const auto& row : kWindowCases) {
+    SCOPED_TRACE(row.description);
+    StandIn owner(scratch_, standIn_);
+    TestWindow window(display.name(), row, standIn_, owner.pid());
+    EXPECT_EQ(tell(standIn_, "quit").status, 0);
+    EXPECT_EQ(window.hasReceived("WM_PROTOCOLS", "WM_DELETE_WINDOW"), row.isAsked);
+    EXPECT_EQ(owner.endingSignal(), row.isAsked ? SIGVTALRM : SIGTERM);
+    EXPECT_EQ(tell(standIn_, "activate").status, row.isRaised ? 0 : 1);
+    EXPECT_EQ(window.hasReceived("_NET_ACTIVE_WINDOW"), row.isRaised);
+  }
 }
 
 }  // namespace
