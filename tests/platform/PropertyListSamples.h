@@ -5,7 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "app/PropertyLists.h"
+#include <gmock/gmock.h>
+
+#include "platform/SystemPropertyLists.h"
+#include "process/Files.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace corvane {
 
@@ -45,18 +49,14 @@ inline std::string binaryText(std::string_view text) {
   return counted(0x50, text.size()) + std::string(text);
 }
 
-inline std::string binaryArray(const std::vector<unsigned>& items) {
-  std::string object = counted(0xA0, items.size());
+/// An array (0xA0), or a dictionary (0xD0) whose `items` are the keys, followed by as many values.
+inline std::string container(int kind, const std::vector<unsigned>& items) {
+  std::string object = counted(kind, kind == 0xD0 ? items.size() / 2 : items.size());
   for (const unsigned item : items) object += bigEndian(item, 2);
   return object;
 }
-
-/// `items` are the keys, followed by as many values.
-inline std::string binaryDictionary(const std::vector<unsigned>& items) {
-  std::string object = counted(0xD0, items.size() / 2);
-  for (const unsigned item : items) object += bigEndian(item, 2);
-  return object;
-}
+inline std::string binaryArray(const std::vector<unsigned>& items) { return container(0xA0, items); }
+inline std::string binaryDictionary(const std::vector<unsigned>& items) { return container(0xD0, items); }
 
 /// The last 32 bytes: the sizes, the number of objects, the root and where the table of offsets is.
 inline std::string binaryTrailer(std::uint64_t objects, std::uint64_t root, std::uint64_t table,
@@ -78,17 +78,37 @@ inline std::string binaryFile(const std::vector<std::string>& objects) {
 inline std::string xmlFile(const std::string& root) {
   return R"(<?xml version="1.0" encoding="UTF-8"?>
 <!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
-<plist version="1.0">
-)" + root +
-         "\n</plist>";
+<plist version="1.0">)" +
+         root + "</plist>";
 }
 
 /// `part`, `count` times.
 inline std::string repeated(std::string_view part, std::size_t count) {
   std::string text;
-  text.reserve(part.size() * count);
   while (count-- > 0) text += part;
   return text;
 }
+
+class PropertyListTest : public testing::Test {
+ protected:
+  /// The description of the dictionary in the file, or why there is none. What takes for ever is stopped by
+  /// the test runner's limit.
+  std::string read() {
+    const auto dictionary = lists_.readDictionary(path_, problem_);
+    return dictionary ? describe({*dictionary}) : problem_;
+  }
+  std::string read(const std::string& bytes) {
+    return writeFileAtomically(path_, bytes, problem_) ? read() : problem_;
+  }
+  void expectRefused(const std::string& fault, const std::vector<std::string>& files) {
+    for (const auto& bytes : files)
+      EXPECT_THAT(read(bytes), testing::HasSubstr(path_ + ": it " + fault)) << bytes.substr(0, 300);
+  }
+
+  const ScratchFolder folder_;
+  const std::string path_ = folder_.path("Config.plist");
+  SystemPropertyLists lists_;
+  std::string problem_;
+};
 
 }  // namespace corvane
