@@ -5,6 +5,9 @@
 namespace corvane::osascript {
 namespace {
 
+using testing::ElementsAre;
+using testing::FieldsAre;
+
 TEST(ScriptTest, UnderstandsItsSentences) {
   const Script script = parseScript(
       " \t\n\r\n"
@@ -15,18 +18,11 @@ TEST(ScriptTest, UnderstandsItsSentences) {
       "tell application \"Finder\" to activate");
   EXPECT_FALSE(script.problem);
   // Where each begins and ends, counted from the beginning of the script.
-  const Statement expected[] = {{"A b", Action::quit, {33, 37}},
-                                {"a\"b\\c", Action::workOffline, {68, 95}},
-                                {"a\"b\\c", Action::workOnline, {98, 126}},
-                                {"a\"b\\c", Action::shutDown, {128, 138}},
-                                {"Finder", Action::activate, {209, 217}}};
-  ASSERT_EQ(script.statements.size(), std::size(expected));
-  for (std::size_t i = 0; i < std::size(expected); ++i) {
-    SCOPED_TRACE(i);
-    EXPECT_EQ(script.statements[i].application, expected[i].application);
-    EXPECT_EQ(script.statements[i].action, expected[i].action);
-    EXPECT_EQ(script.statements[i].range, expected[i].range);
-  }
+  EXPECT_THAT(script.statements, ElementsAre(FieldsAre("A b", Action::quit, Range{33, 37}),
+                                             FieldsAre("a\"b\\c", Action::workOffline, Range{68, 95}),
+                                             FieldsAre("a\"b\\c", Action::workOnline, Range{98, 126}),
+                                             FieldsAre("a\"b\\c", Action::shutDown, Range{128, 138}),
+                                             FieldsAre("Finder", Action::activate, Range{209, 217})));
 }
 
 TEST(ScriptTest, RefusesTheRestAndSaysWhere) {
