@@ -1,5 +1,5 @@
-// The bytes of a picture and how its owner says that they are to be read. The numbers are claims: whoever
-// follows them asks for the place of a pixel here, which never lies outside the bytes.
+// The bytes of a picture and how its owner says that they are to be read. The numbers are claims, which
+// may lead outside the bytes: `pixel` follows them no further, and whoever sums up addresses itself must not.
 // Borrows the bytes. Thread: that of their owner.
 #pragma once
 

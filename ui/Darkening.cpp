@@ -5,6 +5,7 @@
 namespace corvane {
 namespace {
 
+// Four bytes each, and fewer than 2^31 bytes together: what systems count in an int.
 constexpr std::size_t kMostPixels = (std::size_t{1} << 31) / 4 - 1;
 
 // 2^31 and beyond is cut there. The comparison also sorts out what is no number.
@@ -12,6 +13,7 @@ std::size_t wholePixels(Length length) {
   return length >= 1 ? static_cast<std::size_t>(std::min(double{length}, 2147483648.0)) : 0;
 }
 
+// 256 and not 255 is meant: every colour loses something, white too.
 int loss(double component) {
   const double part = component > 0 ? std::min(component, 1.0) : 0;
   return static_cast<int>(256 - part * 255);

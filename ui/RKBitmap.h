@@ -13,7 +13,8 @@ inline NSBitmapImageRep* firstBitmap(NSImage* image) {
 }
 
 /// Holds as long as `bitmap` does. A bitmap may read its file, and only then know its numbers, when it is
-/// asked for its bytes.
+/// asked for its bytes; so these come
+/// first, and whether it has alpha only then.
 inline Bitmap bytesOf(NSBitmapImageRep* bitmap) {
   unsigned char* bytes = [bitmap bitmapData];
   const NSInteger size = bytes ? [bitmap bytesPerPlane] : 0;

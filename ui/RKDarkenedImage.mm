@@ -1,11 +1,19 @@
 #import "ui/RKDarkenedImage.h"
 
+#include <algorithm>
+
 #include "ui/Darkening.h"
 #import "ui/RKBitmap.h"
 
 namespace {
 
-// Its bytes are zero. Nil when the system refuses the format.
+// Of the source's format what 8-bit samples can have too; with the rest the system would refuse the bitmap.
+NSBitmapFormat formatLike(NSBitmapImageRep* source) {
+  constexpr auto meaningful = NSAlphaFirstBitmapFormat | NSAlphaNonpremultipliedBitmapFormat;
+  return static_cast<NSBitmapFormat>([source bitmapFormat] & meaningful);
+}
+
+// Nil when the system refuses the format.
 NSBitmapImageRep* emptyBitmapLike(NSBitmapImageRep* source, corvane::PixelSize size) {
   NSBitmapImageRep* bitmap = [NSBitmapImageRep alloc];
   const auto width = static_cast<NSInteger>(size.width);
@@ -19,7 +27,7 @@ NSBitmapImageRep* emptyBitmapLike(NSBitmapImageRep* source, corvane::PixelSize s
                                      hasAlpha:YES
                                      isPlanar:NO
                                colorSpaceName:NSCalibratedRGBColorSpace
-                                 bitmapFormat:[source bitmapFormat]
+                                 bitmapFormat:formatLike(source)
                                   bytesPerRow:0
                                  bitsPerPixel:0];
   } else {
@@ -41,7 +49,9 @@ NSBitmapImageRep* emptyBitmapLike(NSBitmapImageRep* source, corvane::PixelSize s
 NSBitmapImageRep* darkenedBitmap(NSBitmapImageRep* source, corvane::PixelSize size, NSColor* rgb) {
   NSBitmapImageRep* bitmap = emptyBitmapLike(source, size);
   if (!bitmap) return nil;
-  corvane::darken(corvane::bytesOf(source), corvane::bytesOf(bitmap), size,
+  const corvane::Bitmap target = corvane::bytesOf(bitmap);
+  std::fill(target.bytes.begin(), target.bytes.end(), std::uint8_t{0});  // not every system does that
+  corvane::darken(corvane::bytesOf(source), target, size,
                   {[rgb redComponent], [rgb greenComponent], [rgb blueComponent]});
   return bitmap;
 }

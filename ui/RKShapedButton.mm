@@ -8,21 +8,24 @@
 #include "ui/ShapedHit.h"
 
 @interface RKShapedButton (Private)
-- (void)_observeTint;
-- (corvane::ButtonLook)_look;
-- (NSImage*)_imageForLook:(const corvane::ButtonLook&)look;
+- (void)rk_observeTint;
+- (corvane::ButtonLook)rk_look;
+// Without an alternate image the normal one stands in for it; nil when there is neither, or when the image
+// cannot be darkened. It is darkened at each drawing, since the system's colour may be another one by then.
+- (NSImage*)rk_imageForLook:(const corvane::ButtonLook&)look;
 @end
 
 @implementation RKShapedButton
 
 - (id)init {
   self = [super init];
-  [self _observeTint];
+  [self rk_observeTint];
   return self;
 }
 
 - (void)awakeFromNib {
-  [self _observeTint];
+  if ([NSButton instancesRespondToSelector:_cmd]) [super awakeFromNib];
+  [self rk_observeTint];
   [self updateImageBaseName];
   [self controlTintChanged:nil];
 }
@@ -33,8 +36,9 @@
   [super dealloc];
 }
 
-// Once, however often it is called.
-- (void)_observeTint {
+// A button from an interface file may have gone through init as well: what was asked for before is taken
+// back, so that it is told of each change once.
+- (void)rk_observeTint {
   NSNotificationCenter* center = [NSNotificationCenter defaultCenter];
   NSString* change = corvane::controlTintDidChange();
   [center removeObserver:self name:change object:nil];
@@ -85,7 +89,7 @@
   return NO;
 }
 
-- (corvane::ButtonLook)_look {
+- (corvane::ButtonLook)rk_look {
   NSButtonCell* cell = [self cell];
   return corvane::shapedButtonLook({.isEnabled = [self isEnabled] != NO,
                                     .isHighlighted = [cell isHighlighted] != NO,
@@ -93,15 +97,18 @@
                                     .isOn = [cell state] == NSOnState});
 }
 
-- (NSImage*)_imageForLook:(const corvane::ButtonLook&)look {
+// Without an alternate image the normal one stands in for it; nil when there is neither, or when the image
+// cannot be darkened. It is darkened at each drawing, since the system's colour may be another one by then.
+- (NSImage*)rk_imageForLook:(const corvane::ButtonLook&)look {
   NSImage* image = look.isAlternate && [self alternateImage] ? [self alternateImage] : [self image];
   if (!look.isDarkened) return image;
   return [image darkenedImageWithColor:[[NSColor controlHighlightColor] colorWithAlphaComponent:0.5]];
 }
 
+// An image is placed by its lower left corner, which a flipped view counts down to.
 - (void)drawRect:(NSRect)rect {
-  const auto look = [self _look];
-  NSImage* image = [self _imageForLook:look];
+  const auto look = [self rk_look];
+  NSImage* image = [self rk_imageForLook:look];
   if (!image) return;
   const CGFloat bottom = [self isFlipped] ? [image size].height : 0;
   [image dissolveToPoint:NSMakePoint(0, bottom) fraction:look.fraction];
@@ -109,6 +116,7 @@
 
 // Clicks
 
+// In place of the platform's own, which leaves hidden views out: their clicks go to what lies behind them.
 - (NSView*)hitTest:(NSPoint)point {
   if ([self isHidden]) return nil;
   const NSPoint own = [self convertPoint:point fromView:[self superview]];

@@ -7,7 +7,10 @@ namespace {
 
 constexpr std::uint8_t kSolid = 0x80;
 
-// True as well for a byte that is not there. In floating numbers: no coordinate is too large for them.
+// True as well for a byte that is not there. The row is the point's y as it stands, deliberately not mirrored
+// for views that count from below. The address is summed here and not asked of the picture, since pixels of
+// any number of bits and points before the first row or column count too; in floating numbers, for which no
+// coordinate is too large.
 bool isSolidAt(const Bitmap& picture, Point point) {
   const double row = std::trunc(std::trunc(double{point.y}) * static_cast<double>(picture.bytesPerRow));
   const double column = std::trunc(double{point.x}) * static_cast<double>(picture.bitsPerPixel) / 8;

@@ -24,10 +24,21 @@
 }
 @end
 
+/// A button whose rows count from below.
+@interface UprightButton : RKShapedButton
+@end
+
+@implementation UprightButton
+- (BOOL)isFlipped {
+  return NO;
+}
+@end
+
 namespace corvane {
 namespace {
 
-// 20 x 20, filled with `bytes` again and again; the fourth one is less by 1 in the left half.
+// 20 x 20, filled with `bytes` again and again; the fourth one is less by 1 in the left half: in the first 10
+// pixels, or 40 bytes, of each row of 80.
 NSImage* makeImage(std::array<std::uint8_t, 4> bytes, NSBitmapFormat format = {}, BOOL isPlanar = NO) {
   NSBitmapImageRep* bitmap = [NSBitmapImageRep alloc];
   // clang-format off
@@ -79,6 +90,7 @@ class RKShapedButtonTest : public GuiTest {
     [[window contentView] addSubview:button];
   }
   ~RKShapedButtonTest() override {
+    setTint(false);
     for (NSImage* image : {shape, aqua, graphite}) [image setName:nil];
     [window close];
     [window release];
@@ -110,7 +122,8 @@ bool near(Pixel a, Pixel b) {
   return std::abs(a.red - b.red) + std::abs(a.green - b.green) + std::abs(a.blue - b.blue) < 4;
 }
 
-// Half transparent on white: 127 more than the byte.
+// Half transparent on white: 127 more than the byte. Dark: 85 less of each, as the highlight is a grey of
+// two thirds. Dim: four tenths of the way from white to plain.
 constexpr Pixel plain{247, 187, 127}, pressed{127, 127, 247}, pressedDark{127, 127, 162}, dim{252, 228, 204};
 
 TEST_F(RKShapedButtonTest, ShowsItsPicturesAndTakesClicksOnTheSolidOnes) {
@@ -184,6 +197,20 @@ TEST_F(RKShapedButtonTest, MadeInCodeItFollowsUntilItsEnd) {
   changeColours();
 }
 
+// The lower ten rows of the picture are clear. What lies above the middle of both is at y 25.
+TEST_F(RKShapedButtonTest, CountsRowsAsItsViewCountsThem) {
+  NSBitmapImageRep* bitmap = [[shape representations] objectAtIndex:0];
+  std::fill_n(
+      [bitmap bitmapData] + 10 * [bitmap bytesPerRow], 10 * [bitmap bytesPerRow], std::uint8_t { 0 });
+  auto* upright = [[[UprightButton alloc] initWithFrame:NSMakeRect(10, 10, 20, 20)] autorelease];
+  [upright setImage:shape];
+  [[window contentView] addSubview:upright];
+  for (const CGFloat y : {15, 25}) {
+    EXPECT_EQ([button hitTest:NSMakePoint(22, y)], y > 20 ? button : nil);
+    EXPECT_EQ([upright hitTest:NSMakePoint(22, y)], y > 20 ? nil : upright);
+  }
+}
+
 TEST_F(RKShapedButtonTest, IsHitInsideOnlyAndWhereNoPictureForbids) {
   const StandardError log;
   for (const NSPoint hit : {NSPoint{20, 10.5}, NSPoint{29.9, 30}}) EXPECT_EQ([button hitTest:hit], button);
@@ -215,7 +242,7 @@ TEST_F(RKShapedButtonTest, DarkenedImagesKeepSizeAndFormat) {
   EXPECT_EQ([bitmap bitmapFormat], NSAlphaFirstBitmapFormat);
   [image setSize:NSMakeSize(0.5, 9)];
   EXPECT_EQ([[[image darkenedImageWithColor:white] representations] count], 0U);
-  [image setSize:NSMakeSize(1e6, 1e6)];
+  [image setSize:NSMakeSize(1e6, 1e6)];  // pixels that would take 4 terabytes
   EXPECT_EQ([image darkenedImageWithColor:white], nil);
   EXPECT_EQ([shape darkenedImageWithColor:[NSColor colorWithPatternImage:shape]], nil);
   EXPECT_EQ([[[NSImage new] autorelease] darkenedImageWithColor:white], nil);
