@@ -22,22 +22,34 @@ std::size_t offsetOf(std::string_view text, std::size_t index) {
   return text.size();
 }
 
+// The first and the last of `text`, `kept` characters together.
 std::string ends(std::string_view text, std::size_t kept) {
   const std::size_t head = offsetOf(text, kept - kept / 2);
   const std::size_t tail = offsetOf(text, characters(text) - kept / 2);
   return std::string(text.substr(0, head)) + "\u2026" + std::string(text.substr(tail));
 }
 
+std::string capped(std::string_view text) {
+  return characters(text) > kMostCharacters ? ends(text, kMostCharacters - 1) : std::string(text);
+}
+
+std::string_view withoutBlanks(std::string_view text) {
+  const auto last = text.find_last_not_of(kBlanks);
+  if (last == std::string_view::npos) return {};
+  text = text.substr(0, last + 1);
+  text.remove_prefix(text.find_first_not_of(kBlanks));
+  return text;
+}
+
 }  // namespace
 
 std::string statusLine(std::string_view status) {
-  const auto last = status.find_last_not_of(kBlanks);
-  if (last == std::string_view::npos) return {};
-  status = status.substr(0, last + 1);
+  status = withoutBlanks(status);
   status.remove_prefix(status.find_last_of("\r\n") + 1);  // npos + 1 is 0
-  status.remove_prefix(status.find_first_not_of(kBlanks));
-  return std::string(status.substr(0, offsetOf(status, kMostCharacters)));
+  return capped(withoutBlanks(status));
 }
+
+std::string wholeStatus(std::string_view status) { return capped(withoutBlanks(status)); }
 
 std::string shortenToFit(const std::string& line, const std::function<bool(const std::string&)>& fits) {
   if (fits(line)) return line;

@@ -8,8 +8,12 @@
 namespace corvane {
 
 /// The last line of `status` that holds more than blanks, without surrounding blanks; empty when none does.
-/// At most 1000 characters of it: a line without end must not hold the window up.
+/// A line without end must not hold the window up: of more than 1000 characters the two ends remain, joined
+/// by an ellipsis.
 [[nodiscard]] std::string statusLine(std::string_view status);
+
+/// All of `status` without surrounding blanks, cut in the same way: what the user may ask for.
+[[nodiscard]] std::string wholeStatus(std::string_view status);
 
 /// `line`, or its two ends joined by an ellipsis, as long as `fits` accepts. `fits` must accept every text
 /// shorter than one that it accepts.

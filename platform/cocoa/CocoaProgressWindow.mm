@@ -10,9 +10,10 @@ namespace {
 
 constexpr NSControlTint kGraphite = static_cast<NSControlTint>(6);
 
-bool fits(NSTextField* field, const std::string& text) {
-  NSDictionary* attributes = [NSDictionary dictionaryWithObject:[field font] forKey:NSFontAttributeName];
-  return [toNSString(text) sizeWithAttributes:attributes].width <= NSWidth([field bounds]);
+// With the room that the cell leaves at its edges.
+bool fits(NSCell* cell, NSTextField* field, const std::string& text) {
+  [cell setStringValue:toNSString(text)];
+  return [cell cellSize].width <= NSWidth([field bounds]);
 }
 
 }  // namespace
@@ -25,10 +26,10 @@ void CocoaProgressWindow::setHeadline(const std::string& text) {
 void CocoaProgressWindow::setStatus(const std::string& text) {
   status_ = text;
   NSTextField* field = views_.backupNowStatus;
-  const std::string line = statusLine(text);
-  const auto fitsField = [&](const std::string& candidate) { return fits(field, candidate); };
-  [field setStringValue:toNSString(shortenToFit(line, fitsField))];
-  [field setToolTip:toNSString(line)];
+  NSCell* cell = [[[field cell] copy] autorelease];  // tries what fits; the field shows only what does
+  const auto fitsField = [&](const std::string& candidate) { return fits(cell, field, candidate); };
+  [field setStringValue:toNSString(shortenToFit(statusLine(text), fitsField))];
+  [field setToolTip:toNSString(wholeStatus(text))];
   [backupNowWindow_ displayIfNeeded];
 }
 
@@ -62,7 +63,8 @@ void CocoaProgressWindow::open(ScreenPoint point) {
                                                      onSide:PLSideRightRising
                                                  atDistance:0.0];
   [backupNowWindow_ setReleasedWhenClosed:NO];
-  [backupNowWindow_ setTitle:@"BackupEngine"];
+  [backupNowWindow_ setTitle:@"Corvane"];
+  [backupNowWindow_ setAllowsToolTipsWhenApplicationIsInactive:YES];  // as it mostly is
   [backupNowWindow_ setHasArrow:0.0];
   [backupNowWindow_ setMovableByWindowBackground:YES];
   startBars();
@@ -99,6 +101,7 @@ void CocoaProgressWindow::showFailure() {
   [views_.backupNowStatus setHidden:YES];
   [views_.failureHint setHidden:NO];
   [views_.openLogButton setHidden:NO];
+  [views_.openLogButton setKeyEquivalent:@"\r"];  // what its user wants to do next
 }
 
 double CocoaProgressWindow::opacity() const {

@@ -8,18 +8,24 @@ namespace {
 struct LineCase {
   std::string status;
   std::string line;
+  std::string whole = line;
 };
 
 class StatusLineTest : public testing::TestWithParam<LineCase> {};
 
 TEST_P(StatusLineTest, IsTheLastLineThatSaysSomething) {
   EXPECT_EQ(statusLine(GetParam().status), GetParam().line);
+  EXPECT_EQ(wholeStatus(GetParam().status), GetParam().whole);
 }
 
-INSTANTIATE_TEST_SUITE_P(Statuses, StatusLineTest,
-                         testing::Values(LineCase{"", ""}, LineCase{" \n\t\n", ""}, LineCase{"one", "one"},
-                                         LineCase{"one\n  two \n\n", "two"}, LineCase{"\ta b\r\n", "a b"},
-                                         LineCase{std::string(3000, 'x'), std::string(1000, 'x')}));
+std::string of(int count, char letter) { return std::string(static_cast<std::size_t>(count), letter); }
+
+INSTANTIATE_TEST_SUITE_P(
+    Statuses, StatusLineTest,
+    testing::Values(LineCase{"", ""}, LineCase{" \n\t\n", ""}, LineCase{"one", "one"},
+                    LineCase{"\none\n  two \n\n", "two", "one\n  two"}, LineCase{"\ta b\r\n", "a b"},
+                    LineCase{of(500, 'a') + of(500, 'b'), of(500, 'a') + of(500, 'b')},
+                    LineCase{of(501, 'a') + of(500, 'b'), of(500, 'a') + "…" + of(499, 'b')}));
 
 struct ShortenCase {
   std::string line;
