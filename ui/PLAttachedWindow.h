@@ -42,6 +42,7 @@
 - (id)initWithView:(NSView*)view attachedToPoint:(NSPoint)point;
 
 /// The fill of the body; the window's own background is the drawing of the body and its border.
+/// Nil stands for the clear colour, here as for the border.
 - (NSColor*)windowBackgroundColor;
 - (void)setBackgroundColor:(NSColor*)color;
 /// Fills the body with the image as a pattern; nil changes nothing.

@@ -6,7 +6,7 @@ using corvane::plain;
 
 @implementation PLAttachedWindow
 
-- (void)_setUp {
+- (void)pl_setUp {
   [super setBackgroundColor:[NSColor clearColor]];
   [self setMovableByWindowBackground:NO];
   [self setExcludedFromWindowsMenu:YES];
@@ -19,7 +19,7 @@ using corvane::plain;
   borderColor = [[NSColor whiteColor] copy];
 }
 
-- (void)_follow:(AfterSetting)consequence {
+- (void)pl_follow:(AfterSetting)consequence {
   if (consequence == AfterSetting::redisplay) [self _redisplay];
   if (consequence == AfterSetting::updateBackground) [self _updateBackground];
 }
@@ -39,7 +39,7 @@ using corvane::plain;
   _window = window;
   _point = point;
   _geometry = corvane::AttachedWindowGeometry(side, distance);
-  [self _setUp];
+  [self pl_setUp];
   if (!corvane::isResolved(side)) _geometry.setSide([self _bestSideForAutomaticPosition]);
   [self _updateGeometry];
   [self _updateBackground];
@@ -101,7 +101,7 @@ using corvane::plain;
 - (void)setBackgroundColor:(NSColor*)color {
   if (_PLBackgroundColor != color) {
     [_PLBackgroundColor release];
-    _PLBackgroundColor = [color copy];
+    _PLBackgroundColor = [color ? color : [NSColor clearColor] copy];
   }
   [self _updateBackground];
 }
@@ -117,7 +117,7 @@ using corvane::plain;
 - (void)setBorderColor:(NSColor*)color {
   if (borderColor != color) {
     [borderColor release];
-    borderColor = [color copy];
+    borderColor = [color ? color : [NSColor clearColor] copy];
   }
   [self _updateBackground];
 }
@@ -127,7 +127,7 @@ using corvane::plain;
 }
 
 - (void)setBorderWidth:(CGFloat)width {
-  [self _follow:_geometry.setBorderWidth(width)];
+  [self pl_follow:_geometry.setBorderWidth(width)];
 }
 
 - (CGFloat)viewMargin {
@@ -135,7 +135,7 @@ using corvane::plain;
 }
 
 - (void)setViewMargin:(CGFloat)margin {
-  [self _follow:_geometry.setViewMargin(margin)];
+  [self pl_follow:_geometry.setViewMargin(margin)];
 }
 
 - (CGFloat)arrowBaseWidth {
@@ -143,7 +143,7 @@ using corvane::plain;
 }
 
 - (void)setArrowBaseWidth:(CGFloat)width {
-  [self _follow:_geometry.setArrowBaseWidth(width)];
+  [self pl_follow:_geometry.setArrowBaseWidth(width)];
 }
 
 - (CGFloat)arrowHeight {
@@ -151,7 +151,7 @@ using corvane::plain;
 }
 
 - (void)setArrowHeight:(CGFloat)height {
-  [self _follow:_geometry.setArrowHeight(height)];
+  [self pl_follow:_geometry.setArrowHeight(height)];
 }
 
 - (CGFloat)cornerRadius {
@@ -159,7 +159,7 @@ using corvane::plain;
 }
 
 - (void)setCornerRadius:(CGFloat)radius {
-  [self _follow:_geometry.setCornerRadius(radius)];
+  [self pl_follow:_geometry.setCornerRadius(radius)];
 }
 
 - (CGFloat)hasArrow {
@@ -167,7 +167,7 @@ using corvane::plain;
 }
 
 - (void)setHasArrow:(CGFloat)flag {
-  [self _follow:_geometry.setHasArrow(flag)];
+  [self pl_follow:_geometry.setHasArrow(flag)];
 }
 
 - (CGFloat)drawsRoundCornerBesideArrow {
@@ -175,7 +175,7 @@ using corvane::plain;
 }
 
 - (void)setDrawsRoundCornerBesideArrow:(CGFloat)flag {
-  [self _follow:_geometry.setDrawsRoundCornerBesideArrow(flag)];
+  [self pl_follow:_geometry.setDrawsRoundCornerBesideArrow(flag)];
 }
 
 // Behaviour of a window
@@ -212,16 +212,16 @@ using corvane::plain;
 
 @implementation PLAttachedWindow (Geometry)
 
-- (NSPoint)_anchor {
+- (NSPoint)pl_anchor {
   return _window ? [_window convertBaseToScreen:_point] : _point;
 }
 
 - (corvane::PLAttachedWindowSide)_bestSideForAutomaticPosition {
   NSScreen* screen = [_window screen] ? [_window screen] : [NSScreen mainScreen];
-  const NSRect area = [screen visibleFrame];
+  const NSRect area = screen ? [screen visibleFrame] : NSZeroRect;  // nil answers no rectangle here
   const NSRect bounds = _window ? [_window frame] : area;
   return _geometry.bestSideForAutomaticPosition({plain(area), plain(bounds)}, plain([_view frame].size),
-                                                plain([self _anchor]), corvane::userSpaceScaleFactor());
+                                                plain([self pl_anchor]), corvane::userSpaceScaleFactor());
 }
 
 - (CGFloat)_arrowInset {
@@ -230,7 +230,7 @@ using corvane::plain;
 
 - (void)_updateGeometry {
   const corvane::Size size = _view ? plain([_view frame].size) : corvane::Size{};
-  const auto frame = _geometry.updateGeometry(size, plain([self _anchor]), corvane::userSpaceScaleFactor());
+  const auto frame = _geometry.updateGeometry(size, plain([self pl_anchor]), corvane::userSpaceScaleFactor());
   [self setFrame:native(frame) display:NO];
   [_view setFrame:native(_geometry.viewFrame())];
 }

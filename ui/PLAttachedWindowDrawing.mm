@@ -84,14 +84,15 @@ corvane::GradientColour gradientGrey(CGFloat brightness) {
   corvane::drawBacking(self, path);
   [_PLBackgroundColor set];
   [path fill];
-  [self _strokeInside:path];
+  [self pl_strokeInside:path];
   [image unlockFocus];
-  corvane::cutToShape(self, image);
+  corvane::cutToShape(self, image, path);
   return [NSColor colorWithPatternImage:image];
 }
 
-// The clip is set after the body has been filled: GNUstep forgets it when it fills with a pattern.
-- (void)_strokeInside:(NSBezierPath*)path {
+// The clip is set after the body has been filled, on every system: GNUstep forgets it when it fills with a
+// pattern, and the fill ends at the same path anyway.
+- (void)pl_strokeInside:(NSBezierPath*)path {
   const CGFloat width = _geometry.strokeWidth(corvane::userSpaceScaleFactor());
   if (width <= 0) return;
   [NSGraphicsContext saveGraphicsState];

@@ -16,7 +16,7 @@ inline NSRect native(const Rect& rect) { return NSMakeRect(rect.x, rect.y, rect.
 
 @interface PLAttachedWindow (Geometry)
 /// The point that the arrow aims at, on the screen.
-- (NSPoint)_anchor;
+- (NSPoint)pl_anchor;
 - (corvane::PLAttachedWindowSide)_bestSideForAutomaticPosition;
 - (CGFloat)_arrowInset;
 /// Places the window and its view.
@@ -30,7 +30,7 @@ inline NSRect native(const Rect& rect) { return NSMakeRect(rect.x, rect.y, rect.
 - (void)_updateBackground;
 - (NSColor*)_backgroundColorPatternImage;
 /// Draws the border: the inner half of a line along `path`.
-- (void)_strokeInside:(NSBezierPath*)path;
+- (void)pl_strokeInside:(NSBezierPath*)path;
 /// The outline in window coordinates. Autoreleased.
 - (NSBezierPath*)_backgroundPath;
 /// Continues `path` by the arrow from its current point, if the window has one.

@@ -40,9 +40,9 @@ void animateIndependently(NSProgressIndicator* bar);
 /// shine through the window in place of what lies behind it.
 void drawBacking(NSWindow* window, NSBezierPath* body);
 
-/// On a screen that cannot show windows through each other: cuts the window down to the solid part of
-/// `image`.
-void cutToShape(NSWindow* window, NSImage* image);
+/// Leaves what lies outside `body`, in window coordinates, to the windows behind: the clicks there, and on a
+/// screen that cannot show windows through each other, all but the solid part of `image`.
+void cutToShape(NSWindow* window, NSImage* image, NSBezierPath* body);
 
 /// The name of the notification that the tint of the system's controls may have changed.
 [[nodiscard]] NSString* controlTintDidChange();

@@ -3,18 +3,36 @@
 #import <GNUstepGUI/GSDisplayServer.h>
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/shape.h>
 #include <algorithm>
+#include <cmath>
 #include <string>
+#include <vector>
 
 #include "ui/WindowGradient.h"
 
-/// A content view that moves its window with the mouse: GNUstep only stores the flag.
+/// A content view that moves its window with the mouse: GNUstep only stores the flag. Of a shaped window it
+/// takes the clicks inside the shape alone.
 @interface PLDraggingView : NSView {
   NSPoint grip;
+  NSBezierPath* body;
 }
+- (void)setBody:(NSBezierPath*)path;
 @end
 
 @implementation PLDraggingView
+
+- (void)dealloc {
+  [body release];
+  [super dealloc];
+}
+
+- (void)setBody:(NSBezierPath*)path {
+  [path retain];
+  [body release];
+  body = path;
+}
 
 // The first click may already drag, as it does where the system itself does the dragging.
 - (BOOL)acceptsFirstMouse:(NSEvent*)event {
@@ -23,6 +41,7 @@
 
 // What the user works with keeps its clicks; by labels, pictures, bars and empty space the window is dragged.
 - (NSView*)hitTest:(NSPoint)point {
+  if (body && ![body containsPoint:point]) return nil;
   NSView* hit = [super hitTest:point];
   if (!hit || ![[self window] isMovableByWindowBackground]) return hit;
   const BOOL isLabel = [hit isKindOfClass:[NSTextField class]] && ![(NSTextField*)hit isSelectable];
@@ -72,6 +91,30 @@ bool hasCompositor(NSWindow* window) {
   if (!display) return true;
   const std::string name = "_NET_WM_CM_S" + std::to_string(DefaultScreen(display));
   return XGetSelectionOwner(display, XInternAtom(display, name.c_str(), False)) != None;
+}
+
+// In X's coordinates of a window of that height: rows count from above.
+std::vector<XPoint> corners(NSBezierPath* body, CGFloat height) {
+  NSBezierPath* flat = [body bezierPathByFlatteningPath];
+  std::vector<XPoint> all;
+  for (NSInteger i = 0; i < [flat elementCount]; ++i) {
+    NSPoint points[3];
+    if ([flat elementAtIndex:i associatedPoints:points] == NSClosePathBezierPathElement) break;
+    all.push_back({static_cast<short>(std::lround(points[0].x)),
+                   static_cast<short>(std::lround(height - points[0].y))});
+  }
+  return all;
+}
+
+// A compositor makes the rest of the window invisible, but leaves the clicks to it.
+void takeClicksOnlyIn(NSBezierPath* body, NSWindow* window) {
+  Display* display = displayOf(window);
+  if (!display) return;
+  auto points = corners(body, NSHeight([window frame]));
+  const Region region = XPolygonRegion(points.data(), static_cast<int>(points.size()), WindingRule);
+  XShapeCombineRegion(display, reinterpret_cast<Window>([window windowRef]), ShapeInput, 0, 0, region,
+                      ShapeSet);
+  XDestroyRegion(region);
 }
 
 // Window managers give a new window the keyboard unless its user did nothing for it.
@@ -137,7 +180,9 @@ NSImage* emptyBackground(NSWindow* window) {
   return image;
 }
 
-void cutToShape(NSWindow* window, NSImage* image) {
+void cutToShape(NSWindow* window, NSImage* image, NSBezierPath* body) {
+  takeClicksOnlyIn(body, window);
+  if ([[window contentView] isKindOfClass:[PLDraggingView class]]) [[window contentView] setBody:body];
   NSImage* shape = nil;
   if (!hasCompositor(window)) {
     const NSSize size = [window frame].size;

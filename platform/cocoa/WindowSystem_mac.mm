@@ -42,7 +42,7 @@ void animateIndependently(NSProgressIndicator* bar) { [bar setUsesThreadedAnimat
 // The system does all this by itself.
 void prepareWindow(NSWindow*) {}
 void drawBacking(NSWindow*, NSBezierPath*) {}
-void cutToShape(NSWindow*, NSImage*) {}
+void cutToShape(NSWindow*, NSImage*, NSBezierPath*) {}
 
 NSString* controlTintDidChange() { return NSControlTintDidChangeNotification; }
 

@@ -68,6 +68,14 @@ void XScreen::pressMouse(bool down) {
   XSync(display_.get(), False);
 }
 
+bool XScreen::mouseIsOverWindow() const {
+  Window root = None, child = None;
+  int x = 0, y = 0;
+  unsigned buttons = 0;
+  XQueryPointer(display_.get(), DefaultRootWindow(display_.get()), &root, &child, &x, &y, &x, &y, &buttons);
+  return child != None;
+}
+
 void XScreen::type(unsigned long key) {
   const unsigned code = XKeysymToKeycode(display_.get(), key);
   XTestFakeKeyEvent(display_.get(), code, True, CurrentTime);

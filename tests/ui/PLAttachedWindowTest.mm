@@ -1,6 +1,8 @@
+#undef NDEBUG  // with it, the frameworks do not declare their counting of objects
+#import <Foundation/NSDebug.h>
+
 #import "ui/PLAttachedWindow.h"
 
-#include <malloc.h>
 #include <cmath>
 #include <random>
 
@@ -127,6 +129,8 @@ TEST_F(PLAttachedWindowTest, KeepsCopiesOfItsColours) {
   NSImage* image = [[[NSImage alloc] initWithSize:NSMakeSize(4, 4)] autorelease];
   [plain setBackgroundImage:image];
   EXPECT_EQ([[plain windowBackgroundColor] patternImage], image);
+  [plain setBackgroundColor:nil];
+  EXPECT_TRUE([[plain windowBackgroundColor] isEqual:[NSColor clearColor]]);
 }
 
 TEST_F(PLAttachedWindowTest, FollowsItsParentWindow) {
@@ -174,79 +178,74 @@ TEST_F(PLAttachedWindowTest, LeavesTheKeyboardAlone) {
   EXPECT_FALSE([window isKeyWindow]);
 }
 
+// Where a compositor shows nothing of the window, the mouse meets nothing of it either.
 TEST_F(PLAttachedWindowTest, IsDraggedByItsBackground) {
+  ASSERT_TRUE(virtualDisplay().startCompositor());
+  [window setBackgroundColor:[window gradientWindow]];
   [window orderFrontRegardless];
-  ASSERT_TRUE(handleEventsUntil([&] { return screen().pixel(70, 90) != background; }));
+  ASSERT_TRUE(handleEventsUntil([&] { return screen().pixel(70, 90).red > 200; }));
   const struct {
     int x, y;
-    BOOL movable;
-  } grips[] = {{70, 90, YES}, {80, 140, YES}, {70, 90, NO}};  // the body; the label; the body
+    BOOL movable, moves;
+    const char* where;
+  } grips[] = {{48, 120, YES, NO, "arrow's strip"},
+               {57, 164, YES, NO, "corner"},
+               {70, 90, YES, YES, "body"},
+               {80, 140, YES, YES, "label"},
+               {70, 90, NO, NO, "body that is not to move"}};
   for (const auto& grip : grips) {
-    SCOPED_TRACE(testing::Message() << grip.x << "," << grip.y << " " << int(grip.movable));
+    SCOPED_TRACE(grip.where);
     [window setMovableByWindowBackground:grip.movable];
     [window setFrameOrigin:NSMakePoint(40, 82)];
     handleEvents();
     screen().moveMouse(grip.x, grip.y);
+    const bool isMet = grip.moves || !grip.movable;
+    EXPECT_EQ(screen().mouseIsOverWindow(), isMet);
     screen().pressMouse(true);
-    ASSERT_TRUE(handleEventsUntil([&] { return [window isKeyWindow] == YES; }));
+    ASSERT_TRUE(handleEventsUntil([&] { return !isMet || [window isKeyWindow]; }));
     for (int step = 1; step <= 5; ++step) {
       screen().moveMouse(grip.x + 30 * step, grip.y + 20 * step);
       handleEvents();
     }
     screen().pressMouse(false);
     handleEvents();
-    const NSPoint goal = grip.movable ? NSMakePoint(190, 182) : NSMakePoint(40, 82);
+    const NSPoint goal = grip.moves ? NSMakePoint(190, 182) : NSMakePoint(40, 82);
     EXPECT_TRUE(handleEventsUntil([&] { return NSEqualPoints([window frame].origin, goal); }))
         << [NSStringFromRect([window frame]) UTF8String];
   }
 }
 
-std::size_t bytesInUse() {
-  const auto use = ::mallinfo2();
-  return use.uordblks + use.hblkhd;
+// Of every class, made since the frameworks began to count.
+int liveObjects() {
+  int count = 0;
+  for (Class* each = GSDebugAllocationClassList(); *each; ++each) count += GSDebugAllocationCount(*each);
+  return count;
 }
 
 void changeSomething(PLAttachedWindow* window, std::mt19937& random) {
   const CGFloat value = std::uniform_int_distribution(-10, 60)(random);
-  switch (random() % 9) {
-    case 0:
-      [window setBorderWidth:value];
-      break;
-    case 1:
-      [window setViewMargin:value];
-      break;
-    case 2:
-      [window setCornerRadius:value];
-      break;
-    case 3:
-      [window setArrowBaseWidth:value];
-      break;
-    case 4:
-      [window setArrowHeight:std::abs(value)];
-      break;
-    case 5:
-      [window setHasArrow:random() % 2];
-      break;
-    case 6:
-      [window setDrawsRoundCornerBesideArrow:random() % 2];
-      break;
-    case 7:
-      [window setBackgroundColor:[NSColor colorWithCalibratedWhite:0.1 alpha:0.5]];
-      break;
-    default:
-      [window setBorderColor:[NSColor colorWithCalibratedWhite:0.5 alpha:1]];
-      break;
-  }
+  const std::function<void()> changes[] = {
+      [&] { [window setBorderWidth:value]; },
+      [&] { [window setViewMargin:value]; },
+      [&] { [window setCornerRadius:value]; },
+      [&] { [window setArrowBaseWidth:value]; },
+      [&] { [window setArrowHeight:std::abs(value)]; },
+      [&] { [window setHasArrow:random() % 2]; },
+      [&] { [window setDrawsRoundCornerBesideArrow:random() % 2]; },
+      [&] { [window setBackgroundColor:[NSColor colorWithCalibratedWhite:0.1 alpha:0.5]]; },
+      [&] { [window setBorderColor:[NSColor colorWithCalibratedWhite:0.5 alpha:1]]; }};
+  changes[random() % 9]();
 }
 
 // On a screen with a compositor, since each change takes three times as long without one. The window system
 // confirms a change of size late, so the frame is looked at after a handful of changes.
 TEST_F(PLAttachedWindowTest, BearsManyChanges) {
   ASSERT_TRUE(virtualDisplay().startCompositor());
+  GSDebugAllocationActive(YES);
   std::mt19937 random(1);
-  std::size_t before = 0;
+  int before = 0;
   for (int round = 0; round < 1000; ++round) {
-    if (round == 100) before = bytesInUse();
+    if (round == 100) before = liveObjects();
     if (round == 900) [window orderFrontRegardless];
     NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
     for (int change = 0; change < 10; ++change) {
@@ -258,11 +257,14 @@ TEST_F(PLAttachedWindowTest, BearsManyChanges) {
     const NSSize size = NSMakeSize(300 + 2 * margin + arrow, 80 + 2 * margin);
     ASSERT_TRUE(handleEventsUntil([&] { return NSEqualSizes([window frame].size, size); }));
     ASSERT_TRUE(NSEqualRects([view frame], NSMakeRect(margin + arrow, margin, 300, 80)));
+    const CGFloat corner = [window drawsRoundCornerBesideArrow] != 0 ? [window cornerRadius] : 0;
     ASSERT_EQ([window frame].origin.x, 40);
+    ASSERT_NEAR([window frame].origin.y, 100 - [window arrowBaseWidth] / 2 - corner, 0.5);
     ASSERT_GE([window cornerRadius], 0);
     [pool release];
   }
-  EXPECT_LT(bytesInUse(), before + 1'000'000);
+  GSDebugAllocationActive(NO);
+  EXPECT_NEAR(liveObjects(), before, 100);  // each kind of change came about a thousand times
 }
 
 // The same looks on a screen that blends windows, and on one that does not.
