@@ -69,13 +69,24 @@ INSTANTIATE_TEST_SUITE_P(NothingFits, AutomaticSideTest,
                                          Search{{0, 0, 110, 60}, {100, 30}, PLSideBottomLeftward}));
 
 TEST(AutomaticSide, KeepsWithinTheParentWhereTheScreenHasRoom) {
-  const Surroundings inParent{desktop, {300, 300, 140, 100}};
-  EXPECT_EQ(best(inParent, {310, 350}), PLSideBottomRightward);
-  EXPECT_EQ(best(inParent, {370, 350}), PLSideBottom);
-  EXPECT_EQ(best(inParent, {390, 350}), PLSideBottomLeftward);
-  const Rect low{0, 0, 1000, 100};
-  EXPECT_EQ(best({low, {300, 40, 100, 60}}, {350, 60}), PLSideRightRising);
-  EXPECT_EQ(best({low, low}, {350, 60}), PLSideRight);
+  const Rect parent{300, 300, 140, 100}, low{0, 0, 1000, 100}, lower{0, 0, 1000, 96}, high{0, 25, 1000, 75};
+  const struct {
+    Rect screen, bounds;
+    Point anchor;
+    PLAttachedWindowSide side;
+  } rows[] = {{desktop, parent, {310, 350}, PLSideBottomRightward},
+              {desktop, parent, {370, 350}, PLSideBottom},
+              {desktop, parent, {390, 350}, PLSideBottomLeftward},
+              {low, low, {350, 60}, PLSideRight},
+              {low, {300, 40, 100, 60}, {350, 60}, PLSideRightRising},
+              {lower, {300, 40, 100, 56}, {350, 60}, PLSideRight},
+              {low, {300, 0, 100, 80}, {350, 60}, PLSideRightFalling},
+              {high, {300, 25, 100, 55}, {350, 60}, PLSideRight},
+              {low, {900, 40, 100, 60}, {950, 60}, PLSideLeftRising},
+              {lower, {900, 40, 100, 56}, {950, 60}, PLSideLeft},
+              {low, {900, 0, 100, 80}, {950, 60}, PLSideLeftFalling},
+              {high, {900, 25, 100, 55}, {950, 60}, PLSideLeft}};
+  for (const auto& row : rows) EXPECT_EQ(best({row.screen, row.bounds}, row.anchor), row.side) << &row - rows;
 }
 
 TEST(AutomaticSide, ReckonsWithDistanceAndScale) {
