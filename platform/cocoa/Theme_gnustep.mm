@@ -44,10 +44,11 @@ void drawStripes(NSRect bar, int step) {
   }
 }
 
+// Rounded itself, since a gradient does not heed the clip.
 void drawFilledPart(NSRect bar, double fraction) {
   const corvane::Rect part = corvane::filledPart(rectFrom(bar), fraction);
-  fillWithGradient([NSBezierPath bezierPathWithRect:NSMakeRect(part.x, part.y, part.width, part.height)],
-                   0.45, 0.6);
+  if (part.width <= 1.0) return;
+  fillWithGradient(rounded(NSMakeRect(part.x, part.y, part.width, part.height), 4.0), 0.45, 0.6);
 }
 
 }  // namespace

@@ -107,6 +107,7 @@ TEST_F(AlertRunTest, ContinueRunsTheBackup) {
   const Pixel before = pixel(kBar);
   EXPECT_TRUE(waitFor([&] { return pixel(kBar) != before; }, 5s)) << "the bar is to move behind the alert";
   EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
+  EXPECT_TRUE(screen.save("readying"));
   EXPECT_EQ(pressUntilEnd(kContinue), 0);
   EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Answer: Continue Backup\n"), HasSubstr("Backup completed")));
   EXPECT_EQ(crontab.list(), "# one\n" + kOurs + "# two\n");

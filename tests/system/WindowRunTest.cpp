@@ -31,6 +31,12 @@ struct Button {
 constexpr Button kCancel{10 + 18 + 316, 100 - 18 + 2 + 22};
 constexpr Button kOpenLog{10 + 18 + 216, 100 - 18 + 2 + 22};
 
+// Between the border of its body and its view nothing is drawn but the window's own grey.
+constexpr int kBodyX = 34;
+constexpr int kBodyY = 88;
+constexpr Button kBody{kBodyX, kBodyY};
+constexpr int kEmpty = 128;  // the grey of a screen as the compositor paints it
+
 class WindowRunTest : public testing::Test {
  protected:
   WindowRunTest() : screen(display.name()) {}
@@ -52,27 +58,33 @@ class WindowRunTest : public testing::Test {
     return false;
   }
 
-  // A `ditto` that never ends and leaves its process id behind.
+  // A `ditto` that says where it is, never ends and leaves its process id behind.
   void installEndlessDitto() {
-    engine.installTool("ditto", "case $1 in -c*) echo $$ > \"$HOME/ditto.pid\"; exec sleep 1000;; esac\n");
+    engine.installTool("ditto", "case $1 in -c*) echo " + kLongStatus +
+                                    "; echo $$ > \"$HOME/ditto.pid\"; exec sleep 1000;; esac\n");
   }
+
+  // Whether there is writing between two columns in the line of the status, which is 44 to 60 points above
+  // the view's lower edge.
+  [[nodiscard]] bool isWrittenBetween(int left, int right) const {
+    for (int at = 0; at < 16 * (right - left); ++at) {
+      if (screen.pixel(left + at / 16, 100 - 18 + 2 + 44 + at % 16).red < 130) return true;
+    }
+    return false;
+  }
+  const std::string kLongStatus =
+      "Copying /Users/anna/Library/Mail/V9/MailData/Archive.mbox/Attachments/Holidays/Photographs.zip";
 
   VirtualDisplay display;
   XScreen screen;
   EngineRun engine;
 };
 
-// Between the border of its body and its view nothing is drawn but the window's own grey.
-constexpr int kBodyX = 34;
-constexpr int kBodyY = 88;
-constexpr int kEmpty = 128;  // the grey of a screen as the compositor paints it
-
 TEST_F(WindowRunTest, ASuccessfulRunFadesOutByItself) {
   ASSERT_TRUE(display.startCompositor());
   engine.configureMail();
   engine.start(display.name());
   ASSERT_TRUE(waitFor([&] { return screen.pixel(kBodyX, kBodyY).red > 220; }, 20s));
-  EXPECT_TRUE(screen.save("running"));
   const auto fading = [&] {
     const int grey = screen.pixel(kBodyX, kBodyY).red;
     return grey < 200 && grey > kEmpty + 10;
@@ -85,6 +97,7 @@ TEST_F(WindowRunTest, ASuccessfulRunFadesOutByItself) {
 }
 
 TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
+  ASSERT_TRUE(display.startCompositor());
   engine.configureMail();
   installEndlessDitto();
   engine.listen();
@@ -93,6 +106,10 @@ TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
   ASSERT_TRUE(waitFor([&] { return readTestFile(pidFile).ends_with('\n'); }, 20s));
   const pid_t ditto = std::stoi(readTestFile(pidFile));
 
+  // The field of the status ends 362 points from the view's left edge, and the view after 380.
+  EXPECT_TRUE(waitFor([this] { return isWrittenBetween(28 + 346, 28 + 362); })) << "it is to use its room";
+  EXPECT_FALSE(isWrittenBetween(28 + 362, 28 + 380));
+  EXPECT_TRUE(screen.save("running"));
   EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
   EXPECT_EQ(engine.exitStatus(), 1);
   EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, 5s));
@@ -128,14 +145,24 @@ TEST_F(FailedRunTest, OpenLogLeavesIt) {
   EXPECT_THAT(engine.log(), Not(HasSubstr("User: Cancelling Backup")));
 }
 
+TEST_F(FailedRunTest, ReturnOpensTheLogToo) {
+  failAndWait();
+  press(kBody);
+  for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) screen.type(XK_Return);
+  EXPECT_EQ(engine.exitStatus(), 1);
+  EXPECT_THAT(engine.log(), Not(HasSubstr("User: Cancelling Backup")));
+}
+
 TEST_F(WindowRunTest, AMissingDestinationWaitsForEscape) {
   writeTestFile(engine.configuration(), xmlPropertyList("<key>App Location</key><string>/</string>"));
+  const auto usersWindow = screen.focus();
   engine.start(display.name());
   ASSERT_TRUE(engine.logs("] Checking backup destination...\n"));
+  screen.type(XK_Escape);  // meant for the user's application
   ASSERT_FALSE(engine.exitStatus(1s));
+  EXPECT_EQ(screen.focus(), usersWindow);
   EXPECT_TRUE(screen.save("failed"));
-  constexpr Button body{kBodyX, kBodyY};
-  press(body);  // until then the keys go to the user's application
+  press(kBody);
   EXPECT_TRUE(waitFor(
       [this] {
         screen.type(XK_Escape);
