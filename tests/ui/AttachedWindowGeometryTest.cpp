@@ -13,56 +13,37 @@ namespace {
 
 constexpr Size view{100, 50};
 
-struct Placement {
-  Length scale;
-  PLAttachedWindowSide side;
-  Rect frame;
-  Point viewOrigin;
-};
-
-class PlacementTest : public testing::TestWithParam<Placement> {};
-
 // A view of 100 x 50, 5 points from (400, 300). At scale 1 the margin is 2, the arrow 16, the inset 18.
-TEST_P(PlacementTest, StandsOnItsSideOfThePoint) {
-  const auto& [scale, side, frame, origin] = GetParam();
-  AttachedWindowGeometry window(side, 5);
-  EXPECT_EQ(window.updateGeometry(view, {400, 300}, scale), frame);
-  EXPECT_EQ(window.viewFrame(), (Rect{origin.x, origin.y, 100, 50}));
-  ASSERT_EQ(window.setHasArrow(0), AfterSetting::updateBackground);
-  EXPECT_EQ(window.updateGeometry(view, {400, 300}, scale), frame);
-}
-
-INSTANTIATE_TEST_SUITE_P(Sides, PlacementTest,
-                         testing::Values(Placement{1, PLSideLeft, {275, 273, 120, 54}, {2, 2}},
-                                         Placement{1, PLSideBottom, {348, 225, 104, 70}, {2, 2}},
-                                         Placement{1, PLSideRight, {405, 273, 120, 54}, {18, 2}},
-                                         Placement{1, PLSideTop, {348, 305, 104, 70}, {2, 18}},
-                                         Placement{1, PLSideLeftRising, {275, 282, 120, 54}, {2, 2}},
-                                         Placement{1, PLSideLeftFalling, {275, 264, 120, 54}, {2, 2}},
-                                         Placement{1, PLSideRightRising, {405, 282, 120, 54}, {18, 2}},
-                                         Placement{1, PLSideRightFalling, {405, 264, 120, 54}, {18, 2}},
-                                         Placement{1, PLSideTopLeftward, {314, 305, 104, 70}, {2, 18}},
-                                         Placement{1, PLSideTopRightward, {382, 305, 104, 70}, {2, 18}},
-                                         Placement{1, PLSideBottomLeftward, {314, 225, 104, 70}, {2, 2}},
-                                         Placement{1, PLSideBottomRightward, {382, 225, 104, 70}, {2, 2}},
-                                         Placement{2, PLSideLeft, {255, 271, 140, 58}, {4, 4}},
-                                         Placement{2, PLSideBottom, {346, 205, 108, 90}, {4, 4}},
-                                         Placement{2, PLSideRight, {405, 271, 140, 58}, {36, 4}},
-                                         Placement{2, PLSideTop, {346, 305, 108, 90}, {4, 36}},
-                                         Placement{2, PLSideLeftRising, {255, 264, 140, 58}, {4, 4}},
-                                         Placement{2, PLSideLeftFalling, {255, 278, 140, 58}, {4, 4}},
-                                         Placement{2, PLSideRightRising, {405, 264, 140, 58}, {36, 4}},
-                                         Placement{2, PLSideRightFalling, {405, 278, 140, 58}, {36, 4}},
-                                         Placement{2, PLSideTopLeftward, {328, 305, 108, 90}, {4, 36}},
-                                         Placement{2, PLSideTopRightward, {364, 305, 108, 90}, {4, 36}},
-                                         Placement{2, PLSideBottomLeftward, {328, 205, 108, 90}, {4, 4}},
-                                         Placement{2, PLSideBottomRightward, {364, 205, 108, 90}, {4, 4}}));
-
-TEST(AttachedWindowGeometryTest, InsetLeavesOutASquareCorner) {
-  AttachedWindowGeometry window(PLSideRightRising, 0);
-  EXPECT_EQ(window.arrowInset(2), 36);
-  ASSERT_EQ(window.setDrawsRoundCornerBesideArrow(0), AfterSetting::redisplay);
-  EXPECT_EQ(window.arrowInset(2), 20);
+TEST(AttachedWindowGeometryTest, StandsOnItsSideOfThePointWithOrWithoutArrow) {
+  const struct {
+    PLAttachedWindowSide side;
+    Rect frame;
+    Point origin;  // of the view
+    Rect frameAtScale2;
+    Point originAtScale2;
+  } rows[] = {{PLSideLeft, {275, 273, 120, 54}, {2, 2}, {255, 271, 140, 58}, {4, 4}},
+              {PLSideBottom, {348, 225, 104, 70}, {2, 2}, {346, 205, 108, 90}, {4, 4}},
+              {PLSideRight, {405, 273, 120, 54}, {18, 2}, {405, 271, 140, 58}, {36, 4}},
+              {PLSideTop, {348, 305, 104, 70}, {2, 18}, {346, 305, 108, 90}, {4, 36}},
+              {PLSideLeftRising, {275, 282, 120, 54}, {2, 2}, {255, 264, 140, 58}, {4, 4}},
+              {PLSideLeftFalling, {275, 264, 120, 54}, {2, 2}, {255, 278, 140, 58}, {4, 4}},
+              {PLSideRightRising, {405, 282, 120, 54}, {18, 2}, {405, 264, 140, 58}, {36, 4}},
+              {PLSideRightFalling, {405, 264, 120, 54}, {18, 2}, {405, 278, 140, 58}, {36, 4}},
+              {PLSideTopLeftward, {314, 305, 104, 70}, {2, 18}, {328, 305, 108, 90}, {4, 36}},
+              {PLSideTopRightward, {382, 305, 104, 70}, {2, 18}, {364, 305, 108, 90}, {4, 36}},
+              {PLSideBottomLeftward, {314, 225, 104, 70}, {2, 2}, {328, 205, 108, 90}, {4, 4}},
+              {PLSideBottomRightward, {382, 225, 104, 70}, {2, 2}, {364, 205, 108, 90}, {4, 4}}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.side);
+    AttachedWindowGeometry window(row.side, 5);
+    for (const Length arrow : {1, 0}) {
+      (void)window.setHasArrow(arrow);
+      EXPECT_EQ(window.updateGeometry(view, {400, 300}, 1), row.frame);
+      EXPECT_EQ(window.viewFrame(), (Rect{row.origin.x, row.origin.y, 100, 50}));
+      EXPECT_EQ(window.updateGeometry(view, {400, 300}, 2), row.frameAtScale2);
+      EXPECT_EQ(window.viewFrame(), (Rect{row.originAtScale2.x, row.originAtScale2.y, 100, 50}));
+    }
+  }
 }
 
 using Setter = AfterSetting (AttachedWindowGeometry::*)(Length);
@@ -135,7 +116,9 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(AttachedWindowGeometryTest, ArrowMayTakeThePlaceOfASquareCorner) {
   AttachedWindowGeometry window(PLSideRight, 0);
   (void)window.updateGeometry(view, {}, 2);
+  EXPECT_EQ(window.arrowInset(2), 36);
   ASSERT_EQ(window.setDrawsRoundCornerBesideArrow(0), redisplay);
+  EXPECT_EQ(window.arrowInset(2), 20);
   ASSERT_EQ(window.setArrowBaseWidth(100), redisplay);
   EXPECT_EQ(window.arrowBaseWidth(), 46);
 }

@@ -1,6 +1,6 @@
 #include "ui/AttachedWindowOutline.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <algorithm>
 #include <cmath>
 #include <sstream>
@@ -8,6 +8,7 @@
 namespace corvane {
 namespace {
 
+using testing::HasSubstr;
 using Kind = PathElement::Kind;
 
 std::string written(Point point) {
@@ -79,50 +80,35 @@ TEST(OutlineTest, HasNoArcsAtRadiusZero) {
             "M 0,70 L 104,70 L 104,16 L 62,16 L 52,0 L 42,16 L 0,16 L 0,70 Z");
 }
 
-struct Arrow {
-  PLAttachedWindowSide side;
-  std::string lines;
-  std::string linesAtScale2;
-  std::string squareCorner;  // the corner that it touches
-};
-
-class ArrowTest : public testing::TestWithParam<Arrow> {};
-
-TEST_P(ArrowTest, LiesOnTheEdgeThatFacesThePoint) {
-  const std::string single = written(backgroundPath(makeWindow(GetParam().side), 1));
-  EXPECT_NE(single.find(GetParam().lines), std::string::npos) << single;
-  const std::string scaled = written(backgroundPath(makeWindow(GetParam().side, 2), 2));
-  EXPECT_NE(scaled.find(GetParam().linesAtScale2), std::string::npos) << scaled;
-}
-
-TEST_P(ArrowTest, SquaresTheCornerThatItTouches) {
-  auto window = makeWindow(GetParam().side);
-  (void)window.setDrawsRoundCornerBesideArrow(0);
-  const auto path = backgroundPath(window, 1);
-  const auto arcs =
-      std::count_if(path.begin(), path.end(), [](const auto& e) { return e.kind == Kind::arc; });
-  EXPECT_EQ(arcs, GetParam().squareCorner.empty() ? 4 : 3);
-  if (GetParam().squareCorner.empty()) return;
-  EXPECT_NE(written(path).find(" " + GetParam().squareCorner + " "), std::string::npos) << written(path);
-}
-
 // From where the arrow starts to its tip and the end of its base.
-INSTANTIATE_TEST_SUITE_P(
-    Sides, ArrowTest,
-    testing::Values(
-        Arrow{PLSideLeft, "L 104,37 L 120,27 L 104,17 L", "L 216,78 L 248,58 L 216,38 L", ""},
-        Arrow{PLSideBottom, "L 42,54 L 52,70 L 62,54 L", "L 88,116 L 108,148 L 128,116 L", ""},
-        Arrow{PLSideRight, "L 16,17 L 0,27 L 16,37 L", "L 64,38 L 32,58 L 64,78 L", ""},
-        Arrow{PLSideTop, "L 62,16 L 52,0 L 42,16 L", "L 128,64 L 108,32 L 88,64 L", ""},
-        Arrow{PLSideLeftRising, "L 104,28 L 120,18 L 104,8 L", "L 216,56 L 248,36 L 216,16 L", "104,0"},
-        Arrow{PLSideLeftFalling, ">104,46:8 L 120,36 L 104,26 L", ">216,100:16 L 248,80 L 216,60 L",
-              "104,54"},
-        Arrow{PLSideRightRising, ">16,8:8 L 0,18 L 16,28 L", ">64,16:16 L 32,36 L 64,56 L", "16,0"},
-        Arrow{PLSideRightFalling, "L 16,26 L 0,36 L 16,46 L", "L 64,60 L 32,80 L 64,100 L", "16,54"},
-        Arrow{PLSideTopLeftward, ">96,16:8 L 86,0 L 76,16 L", ">200,64:16 L 180,32 L 160,64 L", "104,16"},
-        Arrow{PLSideTopRightward, "L 28,16 L 18,0 L 8,16 L", "L 56,64 L 36,32 L 16,64 L", "0,16"},
-        Arrow{PLSideBottomLeftward, "L 76,54 L 86,70 L 96,54 L", "L 160,116 L 180,148 L 200,116 L", "104,54"},
-        Arrow{PLSideBottomRightward, "M 8,54 L 18,70 L 28,54 L", "M 16,116 L 36,148 L 56,116 L", "0,54"}));
+TEST(OutlineTest, HasItsArrowOnTheEdgeThatFacesThePoint) {
+  const struct {
+    PLAttachedWindowSide side;
+    std::string lines, linesAtScale2, corner;  // the corner that it touches
+  } rows[] = {
+      {PLSideLeft, "L 104,37 L 120,27 L 104,17 L", "L 216,78 L 248,58 L 216,38 L", ""},
+      {PLSideBottom, "L 42,54 L 52,70 L 62,54 L", "L 88,116 L 108,148 L 128,116 L", ""},
+      {PLSideRight, "L 16,17 L 0,27 L 16,37 L", "L 64,38 L 32,58 L 64,78 L", ""},
+      {PLSideTop, "L 62,16 L 52,0 L 42,16 L", "L 128,64 L 108,32 L 88,64 L", ""},
+      {PLSideLeftRising, "L 104,28 L 120,18 L 104,8 L", "L 216,56 L 248,36 L 216,16 L", "104,0"},
+      {PLSideLeftFalling, ">104,46:8 L 120,36 L 104,26 L", ">216,100:16 L 248,80 L 216,60 L", "104,54"},
+      {PLSideRightRising, ">16,8:8 L 0,18 L 16,28 L", ">64,16:16 L 32,36 L 64,56 L", "16,0"},
+      {PLSideRightFalling, "L 16,26 L 0,36 L 16,46 L", "L 64,60 L 32,80 L 64,100 L", "16,54"},
+      {PLSideTopLeftward, ">96,16:8 L 86,0 L 76,16 L", ">200,64:16 L 180,32 L 160,64 L", "104,16"},
+      {PLSideTopRightward, "L 28,16 L 18,0 L 8,16 L", "L 56,64 L 36,32 L 16,64 L", "0,16"},
+      {PLSideBottomLeftward, "L 76,54 L 86,70 L 96,54 L", "L 160,116 L 180,148 L 200,116 L", "104,54"},
+      {PLSideBottomRightward, "M 8,54 L 18,70 L 28,54 L", "M 16,116 L 36,148 L 56,116 L", "0,54"}};
+  for (const auto& row : rows) {
+    auto window = makeWindow(row.side);
+    EXPECT_THAT(written(backgroundPath(window, 1)), HasSubstr(row.lines));
+    EXPECT_THAT(written(backgroundPath(makeWindow(row.side, 2), 2)), HasSubstr(row.linesAtScale2));
+    (void)window.setDrawsRoundCornerBesideArrow(0);
+    const auto path = backgroundPath(window, 1);
+    const bool isCentred = row.corner.empty();
+    EXPECT_EQ(std::ranges::count(path, Kind::arc, &PathElement::kind), isCentred ? 4 : 3);
+    EXPECT_THAT(written(path), HasSubstr(isCentred ? row.lines : " " + row.corner + " "));
+  }
+}
 
 std::vector<Point> vertices(const Outline& path) {
   std::vector<Point> points;

@@ -7,66 +7,52 @@
 namespace corvane {
 namespace {
 
-struct Search {
-  Rect screen;
-  Point anchor;
-  PLAttachedWindowSide best;
-};
-
 PLAttachedWindowSide best(const Surroundings& around, Point anchor, Length distance = 0, Length scale = 1) {
   const AttachedWindowGeometry window(PLSideAutomatic, distance);
   return window.bestSideForAutomaticPosition(around, {100, 50}, anchor, scale);
 }
 
-class AutomaticSideTest : public testing::TestWithParam<Search> {};
-
-// The body is 104 x 54 and needs 16 more towards the anchor; the arrow's inset is 18.
-TEST_P(AutomaticSideTest, SuitsTheScreen) {
-  const auto& [screen, anchor, side] = GetParam();
-  EXPECT_EQ(best({screen, screen}, anchor), side);
-}
-
 constexpr Rect desktop{0, 0, 1000, 800};
 
-INSTANTIATE_TEST_SUITE_P(Below, AutomaticSideTest,
-                         testing::Values(Search{desktop, {500, 400}, PLSideBottom},
-                                         Search{desktop, {500, 70}, PLSideBottom},
-                                         Search{desktop, {20, 400}, PLSideBottomRightward},
-                                         Search{desktop, {52, 400}, PLSideBottom},
-                                         Search{desktop, {947.5, 400}, PLSideBottom},
-                                         Search{desktop, {948, 400}, PLSideBottomLeftward},
-                                         Search{{0, 0, 100, 400}, {20, 300}, PLSideBottom},
-                                         Search{{0, 0, 100, 400}, {60, 300}, PLSideBottom},
-                                         Search{{0, 0, 106, 400}, {20, 300}, PLSideBottom},
-                                         Search{{0, 0, 138, 400}, {86, 300}, PLSideBottomLeftward},
-                                         Search{{0, 0, 106.5, 400}, {20, 300}, PLSideBottomRightward},
-                                         Search{{0, 25, 1000, 775}, {500, 95}, PLSideBottom}));
-
-INSTANTIATE_TEST_SUITE_P(RightOfThePoint, AutomaticSideTest,
-                         testing::Values(Search{desktop, {500, 69}, PLSideRight},
-                                         Search{{0, 25, 1000, 775}, {500, 94}, PLSideRight},
-                                         Search{desktop, {10, 10}, PLSideRightRising},
-                                         Search{desktop, {879.5, 10}, PLSideRightRising},
-                                         Search{{0, 0, 1000, 40}, {500, 10}, PLSideRight},
-                                         Search{{0, 0, 1000, 60}, {500, 50}, PLSideRightFalling},
-                                         Search{{0, 0, 1000, 30}, {500, 28}, PLSideRight}));
-
-INSTANTIATE_TEST_SUITE_P(LeftOfThePoint, AutomaticSideTest,
-                         testing::Values(Search{desktop, {880, 10}, PLSideLeftRising},
-                                         Search{{0, 0, 1000, 100}, {950, 50}, PLSideLeft},
-                                         Search{{0, 0, 1000, 60}, {950, 50}, PLSideLeftFalling},
-                                         Search{{0, 0, 150, 60}, {120, 50}, PLSideLeftFalling}));
-
-INSTANTIATE_TEST_SUITE_P(Above, AutomaticSideTest,
-                         testing::Values(Search{{0, 0, 200, 200}, {100, 30}, PLSideTop},
-                                         Search{{0, 0, 110, 200}, {100, 30}, PLSideTopLeftward},
-                                         Search{{0, 0, 110, 200}, {10, 30}, PLSideTopRightward}));
-
-INSTANTIATE_TEST_SUITE_P(NothingFits, AutomaticSideTest,
-                         testing::Values(Search{{0, 0, 200, 60}, {100, 30}, PLSideBottom},
-                                         Search{{0, 0, 200, 100}, {100, 30}, PLSideBottom},
-                                         Search{{0, 0, 110, 60}, {10, 30}, PLSideBottomRightward},
-                                         Search{{0, 0, 110, 60}, {100, 30}, PLSideBottomLeftward}));
+// The body is 104 x 54 and needs 16 more towards the anchor; the arrow's inset is 18. Below the point, to its
+// right, to its left and above it; below again where nothing fits.
+TEST(AutomaticSide, SuitsTheScreen) {
+  const struct {
+    Rect screen;
+    Point anchor;
+    PLAttachedWindowSide side;
+  } rows[] = {{desktop, {500, 400}, PLSideBottom},
+              {desktop, {500, 70}, PLSideBottom},
+              {desktop, {20, 400}, PLSideBottomRightward},
+              {desktop, {52, 400}, PLSideBottom},
+              {desktop, {947.5, 400}, PLSideBottom},
+              {desktop, {948, 400}, PLSideBottomLeftward},
+              {{0, 0, 100, 400}, {20, 300}, PLSideBottom},
+              {{0, 0, 100, 400}, {60, 300}, PLSideBottom},
+              {{0, 0, 106, 400}, {20, 300}, PLSideBottom},
+              {{0, 0, 138, 400}, {86, 300}, PLSideBottomLeftward},
+              {{0, 0, 106.5, 400}, {20, 300}, PLSideBottomRightward},
+              {{0, 25, 1000, 775}, {500, 95}, PLSideBottom},
+              {desktop, {500, 69}, PLSideRight},
+              {{0, 25, 1000, 775}, {500, 94}, PLSideRight},
+              {desktop, {10, 10}, PLSideRightRising},
+              {desktop, {879.5, 10}, PLSideRightRising},
+              {{0, 0, 1000, 40}, {500, 10}, PLSideRight},
+              {{0, 0, 1000, 60}, {500, 50}, PLSideRightFalling},
+              {{0, 0, 1000, 30}, {500, 28}, PLSideRight},
+              {desktop, {880, 10}, PLSideLeftRising},
+              {{0, 0, 1000, 100}, {950, 50}, PLSideLeft},
+              {{0, 0, 1000, 60}, {950, 50}, PLSideLeftFalling},
+              {{0, 0, 150, 60}, {120, 50}, PLSideLeftFalling},
+              {{0, 0, 200, 200}, {100, 30}, PLSideTop},
+              {{0, 0, 110, 200}, {100, 30}, PLSideTopLeftward},
+              {{0, 0, 110, 200}, {10, 30}, PLSideTopRightward},
+              {{0, 0, 200, 60}, {100, 30}, PLSideBottom},
+              {{0, 0, 200, 100}, {100, 30}, PLSideBottom},
+              {{0, 0, 110, 60}, {10, 30}, PLSideBottomRightward},
+              {{0, 0, 110, 60}, {100, 30}, PLSideBottomLeftward}};
+  for (const auto& row : rows) EXPECT_EQ(best({row.screen, row.screen}, row.anchor), row.side) << &row - rows;
+}
 
 TEST(AutomaticSide, KeepsWithinTheParentWhereTheScreenHasRoom) {
   const Rect parent{300, 300, 140, 100}, low{0, 0, 1000, 100}, lower{0, 0, 1000, 96}, high{0, 25, 1000, 75};

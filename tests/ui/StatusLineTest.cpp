@@ -5,47 +5,40 @@
 namespace corvane {
 namespace {
 
-struct LineCase {
-  std::string status;
-  std::string line;
-  std::string whole = line;
-};
-
-class StatusLineTest : public testing::TestWithParam<LineCase> {};
-
-TEST_P(StatusLineTest, IsTheLastLineThatSaysSomething) {
-  EXPECT_EQ(statusLine(GetParam().status), GetParam().line);
-  EXPECT_EQ(wholeStatus(GetParam().status), GetParam().whole);
-}
-
 std::string of(int count, char letter) { return std::string(static_cast<std::size_t>(count), letter); }
 
-INSTANTIATE_TEST_SUITE_P(
-    Statuses, StatusLineTest,
-    testing::Values(LineCase{"", ""}, LineCase{" \n\t\n", ""}, LineCase{"one", "one"},
-                    LineCase{"\none\n  two \n\n", "two", "one\n  two"}, LineCase{"\ta b\r\n", "a b"},
-                    LineCase{of(500, 'a') + of(500, 'b'), of(500, 'a') + of(500, 'b')},
-                    LineCase{of(501, 'a') + of(500, 'b'), of(500, 'a') + "…" + of(499, 'b')}));
-
-struct ShortenCase {
-  std::string line;
-  std::size_t room;  // bytes that fit
-  std::string shown;
-};
-
-class ShortenTest : public testing::TestWithParam<ShortenCase> {};
-
-// The ellipsis takes three bytes, and so does each of the last row's letters.
-TEST_P(ShortenTest, KeepsBothEndsAndWholeCharacters) {
-  const auto fits = [](const std::string& text) { return text.size() <= GetParam().room; };
-  EXPECT_EQ(shortenToFit(GetParam().line, fits), GetParam().shown);
+TEST(StatusLineTest, IsTheLastLineThatSaysSomething) {
+  const struct {
+    std::string status, line, whole;
+  } rows[] = {{"", "", ""},
+              {" \n\t\n", "", ""},
+              {"one", "one", "one"},
+              {"\none\n  two \n\n", "two", "one\n  two"},
+              {"\ta b\r\n", "a b", "a b"},
+              {of(999, 'a') + "bc", of(500, 'a') + "…" + of(497, 'a') + "bc",
+               of(500, 'a') + "…" + of(497, 'a') + "bc"},
+              {of(998, 'a') + "bc", of(998, 'a') + "bc", of(998, 'a') + "bc"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(statusLine(row.status), row.line);
+    EXPECT_EQ(wholeStatus(row.status), row.whole);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, ShortenTest,
-                         testing::Values(ShortenCase{"abcdef", 6, "abcdef"},
-                                         ShortenCase{"abcdefgh", 6, "ab…h"},
-                                         ShortenCase{"abcdefgh", 7, "ab…gh"}, ShortenCase{"abcdefgh", 0, "…"},
-                                         ShortenCase{"会議資料会議", 12, "会議…議"}));
+// The ellipsis takes three bytes, and so does each of the last row's letters.
+TEST(ShortenTest, KeepsBothEndsAndWholeCharacters) {
+  const struct {
+    std::string line;
+    std::size_t room;  // bytes that fit
+    std::string shown;
+  } rows[] = {{"abcdef", 6, "abcdef"},
+              {"abcdefgh", 6, "ab…h"},
+              {"abcdefgh", 7, "ab…gh"},
+              {"abcdefgh", 0, "…"},
+              {"会議資料会議", 12, "会議…議"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(shortenToFit(row.line, [&](const auto& text) { return text.size() <= row.room; }), row.shown);
+  }
+}
 
 }  // namespace
 }  // namespace corvane
