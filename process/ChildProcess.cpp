@@ -19,7 +19,7 @@ constexpr int kLastRounds =
 bool ChildProcess::groupIsGone() {
   int status = 0;
   if (!status_ && ::waitpid(pid_, &status, WNOHANG) == pid_) status_ = status;
-  return ::kill(-pid_, 0) != 0;  // nobody is left, or nobody whom we could end
+  return ::kill(-pid_, 0) != 0 && errno == ESRCH;  // those of another user are there, too
 }
 
 void ChildProcess::terminate() {
