@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <cstring>
 
 #include "platform/SystemVolumes.h"
 #include "platform/mount/MacMount.h"
@@ -50,7 +51,11 @@ MountOutcome SystemVolumes::mountServer(const ServerVolume& volume) {
   const Held<CFStringRef> user(textFrom(volume.user));
   const Held<CFStringRef> password(textFrom(volume.password));
   if (!server.get()) return {.error = EINVAL, .problem = "cannot mount " + volume.url + ": not a URL"};
-  return mountUrl({server.get(), directory.get(), user.get(), password.get()});
+  MountOutcome outcome = mountUrl({server.get(), directory.get(), user.get(), password.get()});
+  if (outcome.error > 0) {
+    outcome.problem = "cannot mount " + volume.url + ": " + std::strerror(static_cast<int>(outcome.error));
+  }
+  return outcome;
 }
 
 std::optional<std::string> SystemVolumes::findOriginalFromAlias(const std::string& path) {
