@@ -14,10 +14,15 @@ constexpr const char* kUnreachable = "mounting anyway";
 
 MountPlan planWith(const char* scheme, const MountTask& task) {
   MountPlan plan{.helper = "mount.davfs", .settings = kSettings, .failure = kUnreachable};
-  // It asks for both, and takes an empty line for none.
-  plan.input = task.user + "\n" + task.password + "\n";
   const std::string url = std::string(scheme) + "://" + task.address.withPort() + "/" + task.path;
   plan.arguments = {"-o", kSettingsFile, url, task.folder};
+  plan.input = task.password + "\n";
+  if (task.user.empty()) {
+    plan.input = "\n" + plan.input;  // it asks for both, and takes an empty line for none
+  } else {
+    // Who is named here is not looked for in a file of secrets.
+    plan.arguments.insert(plan.arguments.begin(), {"-o", "username=" + task.user});
+  }
   return plan;
 }
 

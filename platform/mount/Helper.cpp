@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* kUsualPath = "/usr/bin:/bin";
 constexpr const char* kSystemCommands = "/usr/sbin:/sbin";  // what a user's PATH leaves out
-constexpr std::size_t kMostWords = 500;
+constexpr std::size_t kMostBytes = 500;
 
 // A file for the time of one run, for its owner only.
 class SettingsFile {
@@ -49,10 +49,11 @@ std::string findProgram(const std::string& name, const std::vector<std::string>&
   const std::string folders = variable(environment, "PATH", kUsualPath) + ":" + kSystemCommands + ":";
   for (std::size_t start = 0; start < folders.size();) {
     const auto end = folders.find(':', start);
-    const std::string path = folders.substr(start, end - start) + "/" + name;
+    const std::string folder = folders.substr(start, end - start);
+    const std::string path = folder + "/" + name;
     struct stat status {};
-    if (path.front() == '/' && path[1] != '/' && ::stat(path.c_str(), &status) == 0 &&
-        S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0) {
+    if (folder.starts_with('/') && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+        ::access(path.c_str(), X_OK) == 0) {
       return path;
     }
     start = end + 1;
@@ -69,8 +70,12 @@ std::string_view secretOf(const MountPlan& plan) {
 // What it said, on one line, and without the password should it have repeated that.
 std::string said(const MountPlan& plan, std::string output) {
   if (const auto secret = secretOf(plan); !secret.empty()) replaceAll(output, secret, "...");
-  std::replace(output.begin(), output.end(), '\n', ' ');
-  return output.size() > kMostWords ? "..." + output.substr(output.size() - kMostWords) : output;
+  const auto isControl = [](unsigned char byte) { return byte < 0x20 || byte == 0x7f; };
+  std::replace_if(output.begin(), output.end(), isControl, ' ');
+  if (output.size() <= kMostBytes) return output;
+  auto start = output.size() - kMostBytes;
+  while (start < output.size() && (output[start] & 0xc0) == 0x80) ++start;  // not inside a character
+  return "..." + output.substr(start);
 }
 
 MountOutcome judge(const MountPlan& plan, const ToolResult& result, std::chrono::milliseconds limit) {
@@ -92,6 +97,9 @@ std::vector<std::string> environmentFor(const MountPlan& plan) {
   setVariable(environment, "LC_ALL", "C");
   const passwd* user = ::getpwuid(::geteuid());
   if (variable(environment, "HOME", "").empty() && user) setVariable(environment, "HOME", user->pw_dir);
+  for (const auto& name : plan.withheld) {
+    std::erase_if(environment, [&](const std::string& entry) { return entry.starts_with(name + "="); });
+  }
   for (const auto& [name, value] : plan.variables) setVariable(environment, name, value);
   return environment;
 }

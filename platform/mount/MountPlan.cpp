@@ -14,8 +14,8 @@ struct Protocol {
   std::string_view notInPath;
 };
 
-constexpr std::string_view kNotInSshUser = ":/,";
-constexpr std::string_view kNotInDavUser = ":";
+constexpr std::string_view kNotInSshUser = ":/,[]";
+constexpr std::string_view kNotInDavUser = ":,";
 constexpr std::string_view kNotInDavPath = "%?#";
 constexpr std::string_view kNotInCifsUser = ",%/";
 constexpr std::string_view kNotInCifsPath = ",\\";

@@ -22,7 +22,8 @@ struct MountPlan {
   std::string input;                   ///< what it reads from standard input
   std::string settings;                ///< text of a file that the argument `kSettingsFile` names
   std::vector<std::pair<std::string, std::string>> variables;  ///< of its environment
-  std::string failure;  ///< words by which it says that it failed, whatever its exit status
+  std::string failure;                ///< words by which it says that it failed, whatever its exit status
+  std::vector<std::string> withheld;  ///< names of variables that it must not get from our environment
 };
 
 /// The argument in whose place the file with the settings is named.

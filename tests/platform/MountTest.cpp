@@ -58,12 +58,14 @@ TEST(MountPlanTest, TellsTheHelperWhatIsMeantAndNothingElse) {
       {"SSH", "10.0.0.7:2222", "a/b", "a@b.c", "|-p|2222|a@b.c@10.0.0.7:/a/b|/V"},
       {"ssh", "::1", "x:y", "", "|[::1]:/x:y|/V"},
       {"sftp", "[fe80::7]:22", "-o x", "anna", "|-p|22|anna@[fe80::7]:/-o x|/V"},
-      {"http", "h:80", "B\u00E9 d", "a,b@c/d", "mount.davfs|-o|conf=|http://h:80/B\u00E9 d|/V",
-       "a,b@c/d\n" + kSecret + "\n"},
+      {"http", "h:80", "B\u00E9 d", "a@b=c/d",
+       "mount.davfs|-o|username=a@b=c/d|-o|conf=|http://h:80/B\u00E9 d|/V"},
       {"davs", "[::1]:8443", "B", "", "mount.davfs|-o|conf=|https://[::1]:8443/B|/V", "\n" + kSecret + "\n"},
-      {"smb", "nas", "Share", "anna", "mount.cifs|//nas/Share|/V|-o|user=anna"},
-      {"cifs", "nas:4455", "Share/sub", "", "mount.cifs|//nas/Share/sub|/V|-o|guest,port=4455"},
-      {"nfs", "::1", "export", "anna", "mount.nfs|[::1]:/export|/V|-o|soft,timeo=100,retrans=2,retry=0", ""}};
+      {"smb", "nas", "Share", "anna", "mount.cifs|//nas/Share|/V|-o|user=anna,nosuid,nodev,noexec"},
+      {"cifs", "nas:4455", "Share/sub", "",
+       "mount.cifs|//nas/Share/sub|/V|-o|guest,nosuid,nodev,noexec,port=4455"},
+      {"nfs", "::1", "export", "anna",
+       "mount.nfs|[::1]:/export|/V|-o|soft,timeo=100,retrans=2,retry=0,nosuid,nodev,noexec", ""}};
   for (const auto& row : rows) {
     std::string input;
     EXPECT_THAT(planned(row, input), testing::EndsWith(row.command));
@@ -84,7 +86,8 @@ TEST(MountPlanTest, RefusesWhatCouldBeReadAsSomethingElse) {
       {"smb", "h", "B,ro", "u"},   {"smb", "h", "..\\B", "u"},    {"sftp", "h", "B", "-oProxy=x"},
       {"sftp", "h", "B", "u:x"},   {"sftp", "h", "B", "u/x"},     {"sftp", "h", "B", "u,x"},
       {"sftp", "h", "B", "u\nx"},  {"smb", "h", "B", "u,uid=0"},  {"smb", "h", "B", "u%x"},
-      {"http", "h", "B", "u:x"},   {"http", "h", "B", "u\nx"}};
+      {"http", "h", "B", "u:x"},   {"http", "h", "B", "u\nx"},    {"sftp", "h", "]@evil:/y", "[x"},
+      {"http", "h", "B", "u,x"}};
   std::string input;
   for (const auto& row : rows) {
     EXPECT_THAT(planned(row, input), testing::ContainsRegex("^(22|93) cannot mount URL: "))
@@ -101,8 +104,9 @@ class HelperTest : public testing::Test {
 
   MountOutcome run(const std::string& script, milliseconds limit = kLong) {
     home.writeScript("mount.odd", "cd " + home.path() + "\n" + script);
-    return runHelper({"mount.odd", {kSettingsFile, "$HOME; x"}, "anna\ns3cret\n", "ask 0\n", {}, "gave up"},
-                     limit);
+    return runHelper(
+        {"mount.odd", {kSettingsFile, "$HOME; x"}, "anna\ns3cret\n", "ask 0\n", {}, "gave up", {"PASSWD"}},
+        limit);
   }
 
   ScratchFolder home;
@@ -112,8 +116,10 @@ class HelperTest : public testing::Test {
 };
 
 TEST_F(HelperTest, GetsItsArgumentsItsInputAndItsSettings) {
-  EXPECT_EQ(run("f=${1#conf=}; { stat -c %a $f; cat $f; echo \"$2\"; cat; } >out; printf $f >file").problem,
-            "");
+  ::setenv("PASSWD", "another's", 1);
+  EXPECT_EQ(
+      run("f=${1#conf=}; { stat -c %a $f; cat $f; echo \"$2$PASSWD\"; cat; } >out; printf $f >file").problem,
+      "");
   EXPECT_EQ(home.read("out"), "600\nask 0\n$HOME; x\nanna\ns3cret\n");
   EXPECT_NE(::access(home.read("file").c_str(), F_OK), 0);
 }
@@ -121,6 +127,9 @@ TEST_F(HelperTest, GetsItsArgumentsItsInputAndItsSettings) {
 TEST_F(HelperTest, FailuresNameTheCauseAndNotThePassword) {
   EXPECT_EQ(run("echo no s3cret for anna; exit 3").problem,
             "mount.odd failed with status 3: no ... for anna ");
+  EXPECT_THAT(run("printf 'a\\033\\tb'; exit 3").problem, testing::EndsWith(": a  b"));
+  EXPECT_THAT(run("printf '\\303\\251%0499d' 0; exit 3").problem,
+              testing::EndsWith(": ..." + std::string(499, '0')));
   EXPECT_EQ(run("echo gave up").error, EIO);
   EXPECT_EQ(runHelper({.helper = "mount.no-such"}, kLong).error, ENOENT);
 }
