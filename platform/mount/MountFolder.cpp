@@ -19,6 +19,7 @@ MountFolder::MountFolder(const std::string& path) {
       made_.push_back(folder);
       ::chmod(folder.c_str(), 0755);  // others have volumes there, too
     } else if (errno != EEXIST) {
+      error_ = errno;
       problem_ = errnoSentence("make", folder);
       return;
     }

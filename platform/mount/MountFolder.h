@@ -18,11 +18,14 @@ class MountFolder {
 
   /// Why the folder could not be made; empty when it is there.
   [[nodiscard]] const std::string& problem() const { return problem_; }
+  /// The errno of it; 0 when the folder is there.
+  [[nodiscard]] int error() const { return error_; }
   void keep() { made_.clear(); }
 
  private:
   std::vector<std::string> made_;
   std::string problem_;
+  int error_ = 0;
 };
 
 /// Takes away whatever is mounted on `folder`, also when it does not answer or is in use. No effect when

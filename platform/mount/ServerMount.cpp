@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::chrono::seconds kHelperLimit{30};
 constexpr std::chrono::seconds kLookLimit{30};  // long enough for a server whose disks have to start turning
+constexpr std::chrono::seconds kDetachLimit{10};
 
 std::string unusable(const std::string& folder, int error) {
   return "cannot use " + folder + ": " + std::strerror(error);
@@ -23,17 +24,19 @@ std::string unusable(const std::string& folder, int error) {
 // merely slow to answer may be at work for somebody else.
 VolumeLook lookAndClear(const std::string& folder) {
   const VolumeLook look = lookAtVolume(folder, kLookLimit);
-  if (look.state != VolumeState::broken || look.error == ETIMEDOUT) return look;
-  detachVolume(folder, kLookLimit);
+  if (look.state != VolumeState::broken) return look;
+  detachVolume(folder, kDetachLimit);
   return lookAtVolume(folder, kLookLimit);
 }
 
-// Some helpers say that all went well and leave a volume that does not answer.
+// Some helpers say that all went well and leave a volume that does not answer. Nothing was mounted there
+// before, so what is now and does not work is taken away.
 MountOutcome mountOn(const std::string& folder, const MountPlan& plan) {
   const MountOutcome outcome = runHelper(plan, kHelperLimit);
-  if (outcome.error != 0) return outcome;
   const VolumeLook look = lookAtVolume(folder, kLookLimit);
-  if (look.state == VolumeState::mounted) return {.reference = look.device};
+  if (outcome.error == 0 && look.state == VolumeState::mounted) return {.reference = look.device};
+  if (look.isMountRoot) detachVolume(folder, kDetachLimit);
+  if (outcome.error != 0) return outcome;
   return {.error = look.error, .problem = unusable(folder, look.error)};
 }
 
@@ -53,12 +56,11 @@ MountOutcome mountServerVolume(const std::string& volumes, const ServerVolume& v
   if (before.state == VolumeState::mounted) return {.reference = before.device};
   if (before.error != ENOENT) return {.error = before.error, .problem = unusable(folder, before.error)};
   MountFolder place(folder);
-  if (!place.problem().empty()) return {.error = EACCES, .problem = place.problem()};
+  if (!place.problem().empty()) return {.error = place.error(), .problem = place.problem()};
   MountOutcome outcome = mountOn(folder, *plan);
   if (outcome.error == 0) {
     place.keep();
   } else {
-    detachVolume(folder, kLookLimit);
     outcome.problem = "cannot mount " + volume.url + ": " + outcome.problem;
   }
   return outcome;

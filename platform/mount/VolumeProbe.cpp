@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <iterator>
 
 #include "process/ChildProcess.h"
@@ -18,17 +19,36 @@
 namespace corvane {
 namespace {
 
-// None of these says that a volume stands there and is out of order.
-constexpr int kNothingThere[] = {ENOENT, ENOTDIR, EACCES, EPERM, ELOOP, ENAMETOOLONG};
+using Clock = std::chrono::steady_clock;
+
+// What a file system says that has lost its server or its disk.
+constexpr int kLost[] = {ENOTCONN,     EIO,        ESTALE,    EHOSTDOWN,   EHOSTUNREACH, ECONNABORTED,
+                         ECONNREFUSED, ECONNRESET, EREMOTEIO, ENETUNREACH, ENETDOWN,     ESHUTDOWN};
+
+// What tells of this machine's want, or of the look itself, and not of the volume.
+constexpr int kNoAnswer[] = {ETIMEDOUT, ENOMEM, ENFILE, EMFILE, EINTR, EAGAIN, ENOBUFS};
 
 constexpr int kDescriptors = 1024;
 
+// Sent twice: first what is known without asking the volume.
 struct Answer {
   int error = 0;
   int device = 0;
+  bool isMountRoot = false;
+  bool isLast = true;
 };
 
-// Only calls that are allowed between a fork and an exec: other threads may have held any lock.
+// Only calls that are allowed between a fork and an exec in these: other threads may have held any lock.
+
+// Whether something is mounted there, which no server is asked for; an error for a link.
+Answer lookFromOutside(const char* folder) {
+  struct statx status {};
+  const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+  if (::statx(AT_FDCWD, folder, flags, STATX_TYPE, &status) != 0) return {errno};
+  if (S_ISLNK(status.stx_mode)) return {ELOOP};
+  return {ETIMEDOUT, 0, (status.stx_attributes & STATX_ATTR_MOUNT_ROOT) != 0, false};
+}
+
 Answer look(const char* folder, const char* above) {
   struct stat volume {};
   struct stat parent {};
@@ -42,37 +62,57 @@ Answer look(const char* folder, const char* above) {
   return {0, static_cast<int>(minor(volume.st_dev))};
 }
 
+void send(const Answer& answer) {
+  if (::write(STDIN_FILENO, &answer, sizeof answer) != sizeof answer) ::_exit(1);
+}
+
 [[noreturn]] void answerThrough(int pipe, const char* folder, const char* above) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
   ::setpgid(0, 0);
   // Should it be caught for good, it must not hold on to this process's lock, pipes or connections.
-  for (int descriptor = 0; descriptor < kDescriptors; ++descriptor) {
-    if (descriptor != pipe) ::close(descriptor);
+  ::dup2(pipe, STDIN_FILENO);
+  if (::syscall(SYS_close_range, 1U, ~0U, 0U) != 0) {
+    for (int descriptor = 1; descriptor < kDescriptors; ++descriptor) ::close(descriptor);
   }
-  const Answer answer = look(folder, above);
-  [[maybe_unused]] const ssize_t written = ::write(pipe, &answer, sizeof answer);
+  const Answer outside = lookFromOutside(folder);
+  send(outside);
+  if (outside.isLast) ::_exit(0);
+  Answer answer = look(folder, above);
+  answer.isMountRoot = outside.isMountRoot;
+  if (answer.isMountRoot && answer.error == ENOENT) answer.error = EBUSY;
+  send(answer);
   ::_exit(0);
 }
 
 // Signals do not shorten the wait.
-bool answersWithin(int pipe, std::chrono::milliseconds limit) {
-  using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + limit;
+bool isReadableBefore(Clock::time_point end, int pipe) {
   pollfd waiting{pipe, POLLIN, 0};
-  for (auto left = limit; left.count() >= 0;
-       left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now())) {
-    const int ready = ::poll(&waiting, 1, static_cast<int>(left.count()));
-    if (ready > 0) return true;
-    if (ready == 0 || errno != EINTR) return false;
+  for (;;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+    const int ready = ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
+    if (ready >= 0 || errno != EINTR) return ready > 0;
   }
-  return false;
+}
+
+Answer answerBefore(Clock::time_point end, int pipe) {
+  Answer answer{ETIMEDOUT, 0, false, false};
+  while (!answer.isLast && isReadableBefore(end, pipe)) {
+    if (::read(pipe, &answer, sizeof answer) == sizeof answer) continue;
+    answer.error = EAGAIN;  // it ended in the middle of it
+    answer.isLast = true;
+  }
+  return answer;
 }
 
 VolumeLook read(const Answer& answer) {
-  if (answer.error == 0) return {VolumeState::mounted, answer.device, 0};
-  const bool nothing =
-      std::find(std::begin(kNothingThere), std::end(kNothingThere), answer.error) != std::end(kNothingThere);
-  return {nothing ? VolumeState::none : VolumeState::broken, 0, answer.error};
+  const auto isOneOf = [&](const auto& errors) {
+    return std::find(std::begin(errors), std::end(errors), answer.error) != std::end(errors);
+  };
+  VolumeState state = VolumeState::none;
+  if (answer.error == 0) state = VolumeState::mounted;
+  if (isOneOf(kLost)) state = VolumeState::broken;
+  if (isOneOf(kNoAnswer)) state = VolumeState::noAnswer;
+  return {state, answer.device, answer.error, answer.isMountRoot};
 }
 
 }  // namespace
@@ -80,18 +120,14 @@ VolumeLook read(const Answer& answer) {
 VolumeLook lookAtVolume(const std::string& folder, std::chrono::milliseconds limit) {
   const std::string above = folder.substr(0, folder.find_last_of('/'));
   Pipe pipe;
-  if (!pipe.isOpen()) return {VolumeState::none, 0, EMFILE};
+  if (!pipe.isOpen()) return read({EMFILE});
   const pid_t pid = ::fork();
-  if (pid < 0) return {VolumeState::none, 0, errno};
+  if (pid < 0) return read({errno});
   if (pid == 0) answerThrough(pipe.writeEnd, folder.c_str(), above.c_str());
   ::setpgid(pid, pid);  // whoever comes first
   ChildProcess observer(pid);
   pipe.closeWriteEnd();
-  Answer answer{ETIMEDOUT};
-  if (answersWithin(pipe.readEnd, limit) && ::read(pipe.readEnd, &answer, sizeof answer) != sizeof answer) {
-    answer = {EIO};
-  }
-  return read(answer);
+  return read(answerBefore(Clock::now() + limit, pipe.readEnd));
 }
 
 }  // namespace corvane

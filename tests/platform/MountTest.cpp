@@ -11,6 +11,7 @@
 #include "platform/mount/MountFolder.h"
 #include "platform/mount/ServerMount.h"
 #include "platform/mount/VolumeProbe.h"
+#include "tests/support/OwnMounts.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/SilentVolume.h"
 #include "tests/support/WaitFor.h"
@@ -142,6 +143,23 @@ TEST_F(HelperTest, IsWaitedForAndEndedAsAWhole) {
   EXPECT_TRUE(waitFor([this] { return ::kill(std::atoi(home.read("pid").c_str()), 0) != 0; }));
 }
 
+TEST_F(HelperTest, AFailedMountTakesAwayItsOwnVolumeAndNoOther) {
+  OwnMounts mounts;
+  if (!mounts.problem().empty()) GTEST_SKIP() << mounts.problem();
+  home.writeScript("sshfs", "for last; do :; done; mount -t tmpfs none \"$last\"; exit 1");
+  const auto errorOf = [this](const char* name) {
+    return mountServerVolume(home.path(), {.protocol = "sftp", .server = "h", .name = name}).error;
+  };
+  EXPECT_EQ(errorOf("B"), EIO);
+  EXPECT_NE(::access(home.path("B").c_str(), F_OK), 0);
+  mounts.cover(home.makeFolder("B"), home.makeFolder("other"));
+  EXPECT_EQ(errorOf("B"), EBUSY);
+  EXPECT_TRUE(lookAtVolume(home.path("B"), kLong).isMountRoot);
+  EXPECT_EQ(::symlink("/proc", home.path("link").c_str()), 0);
+  EXPECT_FALSE(isVolumeMounted(home.path(), "link"));
+  EXPECT_EQ(errorOf("link"), ELOOP);
+}
+
 TEST(VolumeTest, CountsOnlyWhenItIsAnotherFileSystem) {
   const ScratchFolder home;
   home.write("Backups/file", "");
@@ -160,7 +178,9 @@ TEST(VolumeTest, OneThatDoesNotAnswerIsNotWaitedForAndCanBeTakenAway) {
   const std::string folder = home.makeFolder("Backups");
   SilentVolume volume(folder);
   if (!volume.isMounted()) GTEST_SKIP() << "no FUSE, or this user may not mount";
-  EXPECT_EQ(lookAtVolume(folder, milliseconds(200)).error, ETIMEDOUT);
+  const VolumeLook look = lookAtVolume(folder, milliseconds(500));
+  EXPECT_EQ(look.state, VolumeState::noAnswer);
+  EXPECT_TRUE(look.isMountRoot);
   volume.close();
   EXPECT_EQ(lookAtVolume(folder, kLong).state, VolumeState::broken);
   detachVolume(folder, kLong);
