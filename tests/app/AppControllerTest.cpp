@@ -16,6 +16,7 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 using Events = std::vector<std::string>;
 
 constexpr const char* kPost = "post com.quillon.Corvane.executionComplete";
@@ -217,6 +218,14 @@ TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
   EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
   runLoop.fireUntilStopped();
   EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
+}
+
+TEST_F(AppControllerTest, APlainFileIsNoDestination) {
+  home.write("file", "");
+  lists.files["Config.plist"]["Destination"] = {home.path("file")};
+  start();
+  EXPECT_EQ(eventsSince().back(), "await user");
+  EXPECT_THAT(log(), Not(HasSubstr("Destination is available")));
 }
 
 // An alert that goes away without an answer is no reason to do without a backup.

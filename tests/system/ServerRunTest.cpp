@@ -84,7 +84,7 @@ class ServerRunTest : public testing::Test {
 
   ~ServerRunTest() override {
     ::umount2(folder().c_str(), MNT_DETACH | UMOUNT_NOFOLLOW);
-    EXPECT_TRUE(waitFor([this] { return namedAfterUs("/var/run/mount.davfs").empty(); }));
+    EXPECT_TRUE(waitFor([this] { return namedAfterUs("/var/run/mount.davfs").empty(); }, kLong));
     for (const auto& cache : namedAfterUs("/var/cache/davfs2")) removeTree(cache);
     ::rmdir(folder().c_str());
     if (!hadVolumes) ::rmdir("/Volumes");
@@ -142,10 +142,12 @@ class ServerRunTest : public testing::Test {
   // The server itself takes a moment to put away what it was sent.
   void expectArchiveOf(const std::string& client) const {
     const std::string archive = client + "-" + tag + ".qvb";
-    EXPECT_TRUE(waitFor([&] {
-      return runTool({"/usr/bin/unzip", "-tq", shared() + "/" + archive}).status == 0;
-    }));
-    EXPECT_TRUE(removeFile(folder() + "/" + archive));
+    EXPECT_TRUE(waitFor(
+        [&] {
+          return runTool({"/usr/bin/unzip", "-tq", shared() + "/" + archive}).status == 0;
+        },
+        kLong));
+    EXPECT_TRUE(waitFor([&] { return removeFile(folder() + "/" + archive); }, kLong));
     EXPECT_FALSE(fileExists("/tmp/" + archive));
   }
 
