@@ -1,9 +1,12 @@
+// Files, and the lock that is one.
 #include "process/Files.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
-#include <unistd.h>
+#include <csignal>
 
+#include "process/FileLock.h"
+#include "process/RunTool.h"
 #include "tests/support/FullDisk.h"
 #include "tests/support/ScratchFolder.h"
 
@@ -15,12 +18,8 @@ using testing::HasSubstr;
 
 class FilesTest : public testing::Test {
  protected:
-  // What readFile answers, or its complaint about the file.
-  std::string readOrProblem(const std::string& name, std::size_t limit) {
-    const auto bytes = readFile(folder.path(name), limit, problem);
-    if (bytes) return *bytes;
-    EXPECT_THAT(problem, HasSubstr("cannot read " + folder.path(name) + ": "));
-    return problem;
+  void makeLink(const std::string& name, const std::string& target) const {
+    std::filesystem::create_symlink(target, folder.path(name));
   }
 
   const ScratchFolder folder;
@@ -29,21 +28,18 @@ class FilesTest : public testing::Test {
 
 TEST_F(FilesTest, ReadsRegularFilesUpToTheLimit) {
   const std::string bytes = std::string("a\0b\r\n", 5) + std::string(1000, '\xFF');
-  folder.write("file", bytes);
-  folder.write("empty", "");
-  EXPECT_EQ(readOrProblem("file", bytes.size()), bytes);
-  EXPECT_THAT(readOrProblem("file", bytes.size() - 1), HasSubstr("larger than 1004 bytes"));
-  EXPECT_EQ(readOrProblem("empty", 0), "");
-  EXPECT_THAT(readOrProblem("missing", 10), HasSubstr("No such file"));
-  EXPECT_THAT(readOrProblem("file/below", 10), HasSubstr("Not a directory"));
-}
-
-TEST_F(FilesTest, ReadsNothingThatIsNoFile) {
+  EXPECT_EQ(readFile(folder.write("file", bytes), bytes.size(), problem), bytes);
+  EXPECT_EQ(readFile(folder.write("empty", ""), 0, problem), "");
   ASSERT_EQ(::mkfifo(folder.path("pipe").c_str(), 0600), 0);
   folder.makeFolder("folder");
-  ASSERT_EQ(::symlink("/dev/zero", folder.path("device").c_str()), 0);
-  for (const char* name : {"pipe", "folder", "device"}) {
-    EXPECT_THAT(readOrProblem(name, 10), HasSubstr("it is not a file"));
+  makeLink("device", "/dev/zero");
+  const std::pair<const char*, const char*> rows[] = {
+      {"file", "it is larger than 1004 bytes"}, {"missing", "No such file or directory"},
+      {"file/below", "Not a directory"},        {"pipe", "it is not a file"},
+      {"folder", "it is not a file"},           {"device", "it is not a file"}};
+  for (const auto& [name, cause] : rows) {
+    EXPECT_FALSE(readFile(folder.path(name), 1004, problem)) << name;
+    EXPECT_EQ(problem, "cannot read " + folder.path(name) + ": " + cause);
   }
 }
 
@@ -51,13 +47,13 @@ TEST_F(FilesTest, TellsFoldersWithEntriesFromOthers) {
   folder.makeFolder("empty");
   folder.write("hidden/.file", "");
   folder.write("file", "");
+  makeLink("linked", "hidden");
+  makeLink("dangling", "nowhere");
   const struct {
     const char* name;
     bool exists, isFolder, hasEntries;
   } rows[] = {{"empty", true, true, false}, {"hidden", true, true, true},      {"linked", true, true, true},
               {"file", true, false, false}, {"dangling", false, false, false}, {"no", false, false, false}};
-  ASSERT_EQ(::symlink("hidden", folder.path("linked").c_str()), 0);
-  ASSERT_EQ(::symlink("nowhere", folder.path("dangling").c_str()), 0);
   for (const auto& row : rows) {
     const auto path = folder.path(row.name);
     EXPECT_EQ(fileExists(path), row.exists) << row.name;
@@ -66,52 +62,73 @@ TEST_F(FilesTest, TellsFoldersWithEntriesFromOthers) {
   }
 }
 
-TEST_F(FilesTest, ReplacesAFileAsAWhole) {
-  folder.write("file", "something longer than what follows", 0666);
-  EXPECT_TRUE(writeFileAtomically(folder.path("file"), "new", problem)) << problem;
-  EXPECT_EQ(folder.read("file"), "new");
-  struct stat status {};
-  ASSERT_EQ(::stat(folder.path("file").c_str(), &status), 0);
-  EXPECT_EQ(status.st_mode & 0777, mode_t{0600});
-  EXPECT_THAT(folder.list(), ElementsAre("file"));
-}
-
-TEST_F(FilesTest, KeepsTheOldFileWhenTheNewOneCannotBeWritten) {
-  folder.write("file", "old");
+TEST_F(FilesTest, ReplacesAFileAsAWholeOrNotAtAll) {
+  const std::string path = folder.write("file", "something longer than what follows", 0666);
+  EXPECT_TRUE(writeFileAtomically(path, "new", problem)) << problem;
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
   bool written = true;
   {
     const FullDisk full;
-    written = writeFileAtomically(folder.path("file"), "longer than fits", problem);
+    written = writeFileAtomically(path, "longer than fits", problem);
   }
   EXPECT_FALSE(written);
-  EXPECT_THAT(problem, HasSubstr("cannot write " + folder.path("file") + ": File too large"));
-  EXPECT_EQ(folder.read("file"), "old");
+  EXPECT_EQ(problem, "cannot write " + path + ": File too large");
+  EXPECT_EQ(folder.read("file"), "new");
   EXPECT_THAT(folder.list(), ElementsAre("file"));
 }
 
 TEST_F(FilesTest, MakesFoldersDownToTheLast) {
-  EXPECT_TRUE(makeFolders(folder.path("a/b/c")));
-  EXPECT_TRUE(makeFolders(folder.path("a/b/c")));
+  for (int time = 0; time < 2; ++time) EXPECT_TRUE(makeFolders(folder.path("a/b/c")));
   EXPECT_TRUE(isFolder(folder.path("a/b/c")));
-  folder.write("file", "");
-  EXPECT_FALSE(makeFolders(folder.path("file")));
-  EXPECT_FALSE(makeFolders(folder.path("file/below")));
+  const std::string file = folder.write("file", "");
+  EXPECT_FALSE(makeFolders(file) || makeFolders(file + "/below"));
 }
 
 TEST_F(FilesTest, RemovesATreeButNothingBehindItsLinks) {
   folder.write("kept/file", "precious");
   folder.write("tree/a/b/.hidden", "");
-  ASSERT_EQ(::symlink(folder.path("kept").c_str(), folder.path("tree/a/link").c_str()), 0);
-  ASSERT_EQ(::symlink("nowhere", folder.path("tree/dangling").c_str()), 0);
-  EXPECT_TRUE(removeTree(folder.path("tree")));
-  EXPECT_THAT(folder.list(), ElementsAre("kept"));
-
-  ASSERT_EQ(::symlink("kept", folder.path("link").c_str()), 0);
-  EXPECT_TRUE(removeTree(folder.path("link")));
+  makeLink("tree/a/link", folder.path("kept"));
+  makeLink("tree/dangling", "nowhere");
+  makeLink("link", "kept");
+  for (const char* name : {"tree", "link", "missing"}) EXPECT_TRUE(removeTree(folder.path(name))) << name;
+  EXPECT_FALSE(removeFile(folder.path("kept")));
+  EXPECT_TRUE(removeFile(folder.path("missing")));
   EXPECT_THAT(folder.list(), ElementsAre("kept"));
   EXPECT_EQ(folder.read("kept/file"), "precious");
-  EXPECT_FALSE(removeFile(folder.path("kept")));
-  EXPECT_TRUE(removeFile(folder.path("missing")) && removeTree(folder.path("missing")));
+}
+
+using Outcome = FileLock::Outcome;
+
+TEST(FileLock, IsHeldByOneUntilItEnds) {
+  const ScratchFolder folder;
+  const std::string path = folder.path("made/lock");
+  std::string problem;
+  const auto another = [&] { return FileLock().acquire(path, problem); };
+  std::string sleeper;
+  {
+    FileLock first;
+    EXPECT_EQ(first.acquire(path, problem), Outcome::acquired);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(another(), Outcome::heldByAnother);
+    // A program that outlives its starter must not keep the lock.
+    sleeper = runTool({"/bin/sh", "-c", "sleep 1000 >/dev/null 2>&1 & echo $!"}).output;
+    first.release();
+    EXPECT_EQ(another(), Outcome::acquired);
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(first.acquire(path, problem), Outcome::acquired);
+  }
+  EXPECT_EQ(another(), Outcome::acquired);
+  EXPECT_EQ(problem, "");
+  EXPECT_EQ(::kill(std::stoi(sleeper), SIGKILL), 0);
+}
+
+TEST(FileLock, RefusesWhatIsNoFile) {
+  const ScratchFolder folder;
+  std::string problem;
+  std::filesystem::create_symlink(folder.write("other", ""), folder.path("link"));
+  for (const std::string& path : {folder.path("link"), folder.makeFolder("folder")}) {
+    EXPECT_EQ(FileLock().acquire(path, problem), Outcome::failed);
+    EXPECT_TRUE(problem.starts_with("cannot lock " + path)) << problem;
+  }
 }
 
 }  // namespace

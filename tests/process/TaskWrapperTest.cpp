@@ -15,14 +15,12 @@
 namespace corvane {
 namespace {
 
-using testing::EndsWith;
 using testing::HasSubstr;
 
 /// Runs a script to its end on a run loop that stops by itself once nothing is left to wait for.
 class TaskWrapperTest : public testing::Test, public TaskController {
  protected:
   void processStarted() override {
-    ++started;
     if (stopAtStart) task->stopProcess();
   }
   void appendOutput(const std::string& text) override {
@@ -34,24 +32,22 @@ class TaskWrapperTest : public testing::Test, public TaskController {
     guard.reset();
   }
 
-  void start(const std::string& lines) { start(std::vector{folder.writeScript("script.sh", lines)}); }
-  void start(const std::vector<std::string>& arguments) {
+  void prepare(const std::string& lines, const std::vector<std::string>& more = {}) {
+    std::vector<std::string> arguments{folder.writeScript("my script.sh", lines)};
+    arguments.insert(arguments.end(), more.begin(), more.end());
     task = std::make_unique<TaskWrapper>(loop, *this, arguments, "/opt/corvane tools");
+    output.clear();
+    finished = 0;
+  }
+
+  void run() {
     guard = loop.repeat(30, [this] {
       ADD_FAILURE() << "the process did not finish; output so far: " << output;
       loop.stop();
     });
     task->startProcess();
-  }
-
-  std::string outputOf(const std::string& lines) {
-    start(lines);
     loop.run();
-    EXPECT_EQ(finished, 1);
-    return output;
   }
-
-  bool hasLines(int count) const { return std::count(output.begin(), output.end(), '\n') >= count; }
 
   ScratchFolder folder;
   HeadlessRunLoop loop;
@@ -60,7 +56,6 @@ class TaskWrapperTest : public testing::Test, public TaskController {
   std::function<void()> onOutput;
   std::string output;
   bool stopAtStart = false;
-  int started = 0;
   int finished = 0;
 };
 
@@ -75,120 +70,86 @@ void expectAllDead(const std::string& pids) {
   for (std::string pid; lines >> pid;) EXPECT_TRUE(waitFor([&] { return isDead(pid); })) << pid;
 }
 
-constexpr const char* kTwoSleepers = "sleep 1000 & echo $!\nsleep 1000 & echo $!\necho $$\nwait\n";
-
-TEST_F(TaskWrapperTest, SilentChildFinishesOnce) {
-  EXPECT_EQ(outputOf(""), "");
-  EXPECT_EQ(started, 1);
-  task->stopProcess();
-  task.reset();
-  EXPECT_EQ(finished, 1);
-}
-
-TEST_F(TaskWrapperTest, OutputAndErrorsComeInOrderAndWithWholeCharacters) {
-  // The pause lets the first half of a character arrive alone.
-  EXPECT_EQ(outputOf("echo one\necho two >&2\nprintf 'a\\303'\nsleep 0.2\nprintf '\\240b'\n"),
-            "one\ntwo\naàb");
-}
-
-TEST_F(TaskWrapperTest, ArgumentsReachTheScriptUntouched) {
-  start({folder.writeScript("my script.sh", "printf '<%s>' \"$0\" \"$@\"\n"), "a b", "", "$HOME;`id`"});
-  loop.run();
-  EXPECT_EQ(output, "<" + folder.path("my script.sh") + "><a b><><$HOME;`id`>");
-}
-
-TEST_F(TaskWrapperTest, MissingScriptEndsTheRun) {
-  start({folder.path("missing.sh")});
-  loop.run();
-  EXPECT_EQ(finished, 1);
-  EXPECT_THAT(output, HasSubstr("missing.sh"));  // the shell's own complaint
-}
-
-TEST_F(TaskWrapperTest, ChildThatCannotBeStartedIsLoggedAndFinishes) {
-  const StandardError errors;
-  start({folder.writeScript("script.sh", "echo ran\n"),
-         std::string(8 << 20, 'x')});  // more than any system takes
-  loop.run();
-  EXPECT_EQ(started, 1);
-  EXPECT_EQ(finished, 1);
-  EXPECT_EQ(output, "");
-  EXPECT_THAT(errors.text(), HasSubstr("cannot start /bin/"));
-}
-
-TEST_F(TaskWrapperTest, StopEndsEverythingTheChildStarted) {
-  onOutput = [this] {
-    if (hasLines(3)) task->stopProcess();
+TEST_F(TaskWrapperTest, OutputIsThatOfTheScript) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"", ""},
+      // The pause lets the first half of a character arrive alone.
+      {"echo one\necho two >&2\nprintf 'a\\303'\nsleep 0.2\nprintf '\\240b'\n", "one\ntwo\naàb"},
+      {"cat\necho end\n", "end\n"},  // there is nothing to read
+      {"[ $(ps -o pgid= -p $$) = $$ ] && echo leads its group\n", "leads its group\n"},
+      {"case $PATH in *:'/opt/corvane tools') echo last in PATH; esac\n", "last in PATH\n"},
+      {"x=3\nwhile [ $x -gt 1 ]; do let x-=1; echo \"a\\t$x\"; done\n", "a\t2\na\t1\n"},
   };
-  start(kTwoSleepers);
-  loop.run();
-  EXPECT_EQ(finished, 1);
-  task->stopProcess();
-  EXPECT_EQ(finished, 1);
-  expectAllDead(output);
+  for (const auto& [lines, expected] : rows) {
+    prepare(lines);
+    run();
+    EXPECT_EQ(output, expected);
+    EXPECT_EQ(finished, 1);
+  }
 }
 
-TEST_F(TaskWrapperTest, DestroyingItEndsEverythingTheChildStarted) {
-  onOutput = [this] {
-    if (hasLines(3)) loop.stop();
-  };
-  start(kTwoSleepers);
-  loop.run();
-  EXPECT_EQ(finished, 0);
-  task.reset();
-  EXPECT_EQ(finished, 1);
-  expectAllDead(output);
-}
-
-TEST_F(TaskWrapperTest, ChildThatIgnoresTheRequestIsKilled) {
-  onOutput = [this] { task->stopProcess(); };
-  start("trap '' TERM\necho $$\nwhile :; do sleep 1; done\n");
-  loop.run();
-  EXPECT_EQ(finished, 1);
-  expectAllDead(output);
-}
-
-TEST_F(TaskWrapperTest, ChildThatClosesItsOutputAndGoesOnIsEnded) {
-  expectAllDead(outputOf("echo $$\nexec >&- 2>&-\nexec sleep 1000\n"));
-}
-
-TEST_F(TaskWrapperTest, StopBeforeTheStartDoesNothing) {
-  task =
-      std::make_unique<TaskWrapper>(loop, *this, std::vector{folder.writeScript("s.sh", "echo ran\n")}, "");
-  task->stopProcess();
-  EXPECT_EQ(finished, 0);
-  task->startProcess();
-  loop.run();
-  EXPECT_EQ(output, "ran\n");
-  EXPECT_EQ(finished, 1);
-}
-
-TEST_F(TaskWrapperTest, StoppedAtItsStartTheChildNeverRuns) {
-  stopAtStart = true;
-  EXPECT_EQ(outputOf("touch \"$0.ran\"\n"), "");
-  EXPECT_EQ(folder.list(), std::vector<std::string>{"script.sh"});
-}
-
-TEST_F(TaskWrapperTest, ChildHasNothingToRead) { EXPECT_EQ(outputOf("cat\necho end\n"), "end\n"); }
-
-TEST_F(TaskWrapperTest, ChildLeadsItsOwnProcessGroup) {
-  EXPECT_EQ(outputOf("[ $(ps -o pgid= -p $$) = $$ ] && echo leads\n"), "leads\n");
-}
-
-TEST_F(TaskWrapperTest, ChildInheritsNoDescriptorButTheThree) {
+TEST_F(TaskWrapperTest, ArgumentsReachTheScriptUntouchedAndNoDescriptorButTheThree) {
   const int low = ::open("/dev/null", O_RDONLY);
   const int high = ::fcntl(low, F_DUPFD, 200);
   // The listing itself holds one more.
-  EXPECT_EQ(outputOf("echo $(ls /dev/fd | wc -l) $([ -e /dev/fd/200 ] || echo closed)\n"), "4 closed\n");
+  prepare("printf '<%s>' \"$0\" \"$@\" $(ls /dev/fd | wc -l); [ -e /dev/fd/200 ] || echo closed\n",
+          {"a b", "", "$HOME;`id`"});
+  run();
+  EXPECT_EQ(output, "<" + folder.path("my script.sh") + "><a b><><$HOME;`id`><4>closed\n");
   ::close(low);
   ::close(high);
 }
 
-TEST_F(TaskWrapperTest, ToolsFolderComesAfterTheSystemsOwn) {
-  EXPECT_THAT(outputOf("echo \"$PATH\"\n"), EndsWith(":/opt/corvane tools\n"));
+TEST_F(TaskWrapperTest, WhatCannotBeStartedIsToldAndFinishes) {
+  const StandardError errors;
+  prepare("echo ran\n", {std::string(8 << 20, 'x')});  // more than any system takes
+  run();
+  EXPECT_EQ(output, "");
+  EXPECT_EQ(finished, 1);
+  EXPECT_THAT(errors.text(), HasSubstr("cannot start /bin/"));
+
+  prepare("");
+  std::filesystem::remove(folder.path("my script.sh"));
+  run();
+  EXPECT_EQ(finished, 1);
+  EXPECT_THAT(output, HasSubstr("my script.sh"));  // the shell's own complaint
 }
 
-TEST_F(TaskWrapperTest, ShellCountsAndEchoesAsOnTheHomeSystem) {
-  EXPECT_EQ(outputOf("x=3\nwhile [ $x -gt 1 ]; do let x-=1; echo \"a\\t$x\"; done\n"), "a\t2\na\t1\n");
+TEST_F(TaskWrapperTest, ItsEndEndsEverythingTheChildStarted) {
+  for (const bool stops : {true, false}) {
+    onOutput = [&] {
+      if (std::count(output.begin(), output.end(), '\n') < 3) return;
+      stops ? task->stopProcess() : loop.stop();
+    };
+    // One of them does not hear the request.
+    prepare("sleep 1000 & echo $!\n(trap '' TERM; exec sh -c 'echo $$; exec sleep 1000') &\necho $$\nwait\n");
+    run();
+    EXPECT_EQ(finished, stops ? 1 : 0);
+    task->stopProcess();
+    task.reset();
+    EXPECT_EQ(finished, 1);
+    expectAllDead(output);
+  }
+}
+
+TEST_F(TaskWrapperTest, ChildThatClosesItsOutputAndGoesOnIsEnded) {
+  prepare("echo $$\nexec >&- 2>&-\nexec sleep 1000\n");
+  run();
+  EXPECT_EQ(finished, 1);
+  expectAllDead(output);
+}
+
+TEST_F(TaskWrapperTest, StopBeforeTheStartDoesNothingButAtTheStartTheChildNeverRuns) {
+  prepare("echo ran\n");
+  task->stopProcess();
+  EXPECT_EQ(finished, 0);
+  run();
+  EXPECT_EQ(output, "ran\n");
+  stopAtStart = true;
+  prepare("touch \"$0.ran\"\n");
+  run();
+  EXPECT_EQ(finished, 1);
+  EXPECT_EQ(folder.list(), std::vector<std::string>{"my script.sh"});
 }
 
 }  // namespace
