@@ -2,25 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include "script/ShellQuoting.h"
+
 namespace corvane {
 namespace {
 
-struct FillCase {
-  const char* text;
-  const char* filled;
-};
-
-class FillTest : public testing::TestWithParam<FillCase> {};
-
-TEST_P(FillTest, ReplacesKnownNamesOnly) {
-  EXPECT_EQ(fill(GetParam().text, {{"base", "/a {name}"}, {"name", "N"}}), GetParam().filled);
+TEST(Text, FillReplacesKnownNamesOnly) {
+  EXPECT_EQ(fill("{{name}}{name}awk '{print $9}' {base}{name", {{"base", "/a {name}"}, {"name", "N"}}),
+            "{N}Nawk '{print $9}' /a {name}{name");
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, FillTest,
-                         testing::Values(FillCase{"", ""}, FillCase{"{name}{name}", "NN"},
-                                         FillCase{"awk '{print $9}' {name}", "awk '{print $9}' N"},
-                                         FillCase{"{base}", "/a {name}"}, FillCase{"{{name}}", "{N}"},
-                                         FillCase{"open {name", "open {name"}));
+TEST(ShellQuoting, EscapesWhatTheShellWouldInterpretAndStripsItAgain) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"My Mail (old)", R"(My\ Mail\ \(old\))"},
+      {" ()&|<>;$`*?'", R"(\ \(\)\&\|\<\>\;\$\`\*\?\')"},
+      {"/tmp/.QVB_Backup\"!#~[]{}=\t\nä", "/tmp/.QVB_Backup\"!#~[]{}=\t\nä"},
+      {R"(a\ b)", R"(a\\ b)"},  // taken away again, the second backslash goes with the blank
+      {R"(\n\"\\x\)", R"(\n\"\\x\)"},
+  };
+  for (const auto& [plain, escaped] : rows) {
+    EXPECT_EQ(escapeStringForTerminal(plain), escaped);
+    EXPECT_EQ(stripEscapes(escaped), plain);
+  }
+}
 
 }  // namespace
 }  // namespace corvane
