@@ -68,11 +68,10 @@ class SectionsTest : public testing::Test {
 
 TEST_F(SectionsTest, AreByteForByteTheGoldenOnes) {
   for (const auto& row : kSections) {
-    SCOPED_TRACE(row.golden);
-    record.useAutomount = false;
-    EXPECT_TRUE(sameText(golden(row, row.golden), section(row)));
-    record.useAutomount = true;
-    EXPECT_TRUE(sameText(golden(row, row.golden), section(row)));
+    for (const bool automount : {false, true}) {
+      record.useAutomount = automount;
+      EXPECT_TRUE(sameText(golden(row, row.golden), section(row))) << row.golden << automount;
+    }
   }
 }
 
