@@ -50,22 +50,25 @@ AppController::~AppController() { backupTask_.reset(); }
 
 void AppController::awakeFromNib() {
   reopenStandardError(logPath_);
-  if (!isOnlyRun()) {
+  const auto lock = takeLock();
+  if (lock == FileLock::Outcome::heldByAnother) {
     log("A backup is already running.");
     ports_.workspace.terminate(kAlreadyRunning);
     return;
   }
-  if (fileExists(scriptPath_)) endOrphanedScripts(scriptPath_);  // only a killed run leaves it
+  isSureToBeAlone_ = lock == FileLock::Outcome::acquired;
+  if (isSureToBeAlone_ && fileExists(scriptPath_))
+    endOrphanedScripts(scriptPath_);  // only a killed run leaves it
   record_.mailTempFolder.clear();
   runBackupNow();
 }
 
 // A lock that cannot be had for another reason than another run is no reason to do without a backup.
-bool AppController::isOnlyRun() {
+FileLock::Outcome AppController::takeLock() {
   std::string problem;
   const auto outcome = onlyRun_.acquire(supportFolder_ + ".corvane.lock", problem);
   if (outcome == FileLock::Outcome::failed) log(problem);
-  return outcome != FileLock::Outcome::heldByAnother;
+  return outcome;
 }
 
 bool AppController::loadPreferences() {
@@ -105,7 +108,8 @@ void AppController::runBackupNow() {
   }
   log("Configuring Backup...");
   assembleScript(configuration);
-  if (!clearLeftovers(workNames(record_, configuration.script.destination, supportFolder_))) {
+  if (!clearLeftovers(workNames(record_, configuration.script.destination, supportFolder_),
+                      isSureToBeAlone_)) {
     failBeforeStart();
     return;
   }
@@ -235,13 +239,22 @@ void AppController::showFailure() {
 // A window that waits for its user, perhaps for days, does not keep the next backup from running.
 void AppController::awaitDismissal() {
   onlyRun_.release();
+  isOver_ = true;
   ports_.window.awaitDismissal([this] { startFadeTimer(); });
 }
 
 void AppController::deleteStagingFolder(const char* announcement) {
-  if (!record_.tempFolderStore || !isOnlyRun()) return;  // it may be another run's by now
+  if (!record_.tempFolderStore) return;
+  if (isOver_ && takeLock() != FileLock::Outcome::acquired) return;  // it may be another run's by now
   log(announcement);
-  removeTree(stripEscapes(*record_.tempFolderStore));
+  const std::string folder = stripEscapes(*record_.tempFolderStore);
+  const Entry entry = entryAt(folder);
+  if (entry.kind == EntryKind::none || entry.isOurs) {
+    removeTree(folder);
+  } else {
+    log("cannot remove " + folder + ": it belongs to another user");
+  }
+  if (isOver_) onlyRun_.release();
 }
 
 void AppController::cancelBackup() {

@@ -62,7 +62,7 @@ class AppController : private TaskController, private ScriptHost {
   void displayLogWindow();
 
  private:
-  [[nodiscard]] bool isOnlyRun();
+  [[nodiscard]] FileLock::Outcome takeLock();
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
@@ -100,6 +100,8 @@ class AppController : private TaskController, private ScriptHost {
   RunRecord record_;
   ProgressMonitor monitor_;
   FileLock onlyRun_;
+  bool isSureToBeAlone_ = false;  // the lock was had: what lies about is no living run's
+  bool isOver_ = false;           // the lock was given back, and the window waits for its user
   ControlFilter controlFilter_;
   bool succeeded_ = false;
   std::unique_ptr<TaskWrapper> backupTask_;

@@ -2,7 +2,6 @@
 // Pure but for the file system and the log; thread: main.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,11 +10,20 @@
 
 namespace corvane {
 
+/// What stands between the fixed beginning and end of a name.
+enum class Between {
+  nothing,
+  date,           ///< letters, digits and "-", as `date` writes them
+  sixCharacters,  ///< letters and digits that make a half-written file's name unique
+  sixteenDigits,  ///< of hexadecimal numbers, for our `ditto`
+};
+
 /// Entries of `folder` that only runs make, and take away again.
 struct WorkName {
   std::string folder;
   std::string prefix;
-  std::optional<std::string> suffix;  ///< what may follow the prefix ends like this; nothing: nothing follows
+  std::string suffix;
+  Between between = Between::nothing;
   EntryKind kind = EntryKind::file;
   bool isUsed = true;  ///< this run will use the name, so that it must be free
 };
@@ -25,9 +33,10 @@ struct WorkName {
 [[nodiscard]] std::vector<WorkName> workNames(const RunRecord& record, const std::string& destination,
                                               const std::string& supportFolder);
 
-/// Removes, and logs, what stands at these names, is of their kind, and belongs to this user. True when all
+/// Removes, and logs, what stands at these names, is of their kind, and belongs to this user; nothing unless
+/// `isAlone`, since it may then be the work of a run that is going on. True when all
 /// names that are used are free afterwards; else false, and a log line says what is in the way: a link or
 /// something of another user's could lead the user's mail astray.
-[[nodiscard]] bool clearLeftovers(const std::vector<WorkName>& names);
+[[nodiscard]] bool clearLeftovers(const std::vector<WorkName>& names, bool isAlone);
 
 }  // namespace corvane

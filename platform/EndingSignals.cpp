@@ -24,7 +24,11 @@ void handleWith(void (*handler)(int)) {
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
-  for (const int signal : kSignals) ::sigaction(signal, &action, nullptr);
+  for (const int signal : kSignals) {
+    struct sigaction before {};
+    if (::sigaction(signal, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+    ::sigaction(signal, &action, nullptr);
+  }
 }
 
 }  // namespace

@@ -15,7 +15,8 @@ namespace corvane {
 void endAtOnceOnSignals();
 
 /// While it exists, TERM, INT and HUP call `end` on the run loop, outside of any signal handler: a window
-/// system that is asked to end the program inside one may wait for itself for ever.
+/// system that is asked to end the program inside one may wait for itself for ever. A signal that whoever
+/// started the program chose to ignore stays ignored.
 class EndingSignals {
  public:
   EndingSignals(RunLoop& runLoop, std::function<void()> end);

@@ -85,7 +85,7 @@ bool folderHasEntries(const std::string& path) { return !entryNames(path).empty(
 
 Entry entryAt(const std::string& path) {
   struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return {};
+  if (::lstat(path.c_str(), &status) != 0) return {errno == ENOENT ? EntryKind::none : EntryKind::other};
   Entry entry{EntryKind::other, status.st_uid == ::geteuid()};
   if (S_ISREG(status.st_mode)) entry.kind = EntryKind::file;
   if (S_ISDIR(status.st_mode)) entry.kind = EntryKind::folder;

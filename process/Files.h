@@ -24,7 +24,7 @@ enum class EntryKind { none, file, folder, link, other };
 
 /// What a path names itself; a link is not followed.
 struct Entry {
-  EntryKind kind = EntryKind::none;  ///< none, too, when it cannot be found out
+  EntryKind kind = EntryKind::none;  ///< other, too, when it cannot be found out
   bool isOurs = false;               ///< belongs to the user as whom this program runs
 };
 [[nodiscard]] Entry entryAt(const std::string& path);

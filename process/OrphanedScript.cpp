@@ -25,7 +25,9 @@ pid_t shellIn(const std::string& line, const std::string& path) {
 }  // namespace
 
 void endOrphanedScripts(const std::string& path) {
-  const std::string list = runTool({"/bin/ps", "-wwx", "-o", "pid=", "-o", "args="}).output;
+  // In the locale of a crontab `ps` writes "?" for letters beyond ASCII.
+  const std::string list =
+      runTool({"/usr/bin/env", "LC_ALL=C.UTF-8", "/bin/ps", "-wwx", "-o", "pid=", "-o", "args="}).output;
   for (std::size_t start = 0; start < list.size();) {
     const auto end = std::min(list.find('\n', start), list.size());
     if (const pid_t shell = shellIn(list.substr(start, end - start), path); shell > 1) {

@@ -6,8 +6,8 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <system_error>
 #include <thread>
-#include <utility>
 
 #import "platform/cocoa/Guard.h"
 #import "platform/cocoa/Strings.h"
@@ -40,7 +40,7 @@ class Poster {
     if (shared_->pending) return;  // the daemon still owes an answer: it is not waited for again
     shared_->pending = true;
     shared_->name = name;
-    if (!std::exchange(isStarted_, true)) std::thread(serve, shared_).detach();
+    if (!isStarted_ && !start()) return;
     shared_->changed.notify_all();
     if (!shared_->changed.wait_for(lock, kPatience, [this] { return !shared_->pending; })) {
       log("cannot post " + name + ": the notification daemon does not answer");
@@ -48,6 +48,17 @@ class Poster {
   }
 
  private:
+  // Where no thread can be had, nothing is announced.
+  bool start() {
+    try {
+      std::thread(serve, shared_).detach();
+      isStarted_ = true;
+    } catch (const std::system_error& error) {
+      log(std::string("cannot announce the end: ") + error.what());
+    }
+    return isStarted_;
+  }
+
   struct Shared {
     std::mutex mutex;
     std::condition_variable changed;

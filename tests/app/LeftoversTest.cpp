@@ -17,11 +17,12 @@ using testing::HasSubstr;
 TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
   RunRecord record;
   record.useAutomount = true;
-  record.copiedArchives = {"host-`date +%d`-`date +%H`-Mail.qvb", "plain.qvb"};
+  record.copiedArchives = {"host-`date +%d`-`date +%H`-Mail.qvb", "plain.qvb", "`date +%d`.qvb", "`date`"};
   record.manifests = {{.path = "/home/anna/Library/Thunderbird/Contents.plist"}};
   std::vector<std::string> names;
   for (const auto& work : workNames(record, "/Volumes/Disk", "/support/")) {
-    names.push_back(work.folder + "/" + work.prefix + (work.suffix ? "*" + *work.suffix : ""));
+    names.push_back(work.folder + "/" + work.prefix +
+                    (work.between == Between::nothing ? "" : "*" + work.suffix));
   }
   EXPECT_THAT(names, ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*",
                                  "/support/.corvane.sh.*", "/tmp/host-*-Mail.qvb", "/tmp/plain.qvb",
@@ -30,22 +31,28 @@ TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
   EXPECT_EQ(workNames(record, "/Volumes/Disk", "/support/").front().folder, "/Volumes/Disk");
 }
 
-[[nodiscard]] bool clear(const std::string& folder) {
-  return clearLeftovers({{folder, "stage", std::nullopt, EntryKind::folder},
-                         {folder, "work", std::nullopt},
-                         {folder, "temp-", "", EntryKind::file, false},
-                         {folder, "host-", "-Mail.qvb"}});
+[[nodiscard]] bool clear(const std::string& folder, bool isAlone = true) {
+  return clearLeftovers({{folder, "stage", "", Between::nothing, EntryKind::folder},
+                         {folder, "work"},
+                         {folder, "temp-", "", Between::sixteenDigits, EntryKind::file, false},
+                         {folder, "note.", "", Between::sixCharacters, EntryKind::file, false},
+                         {folder, "host-", "-Mail.qvb", Between::date}},
+                        isAlone);
 }
 
 TEST(Leftovers, AreRemovedAndNothingElseIs) {
   const ScratchFolder folder;
   const StandardError errors;
-  for (const char* name : {"stage/Mail/Mail.zip", "work", "temp-1", "host-09-Mail.qvb", "host-Mail.qvb",
-                           "work2", "my-temp-1", "host-09-Mail.qvb.old"}) {
+  for (const char* name :
+       {"stage/Mail/Mail.zip", "work", "temp-0123456789abcdef", "note.aB3xYz", "host-09-Mail.qvb",
+        "host-Mail.qvb", "work2", "temp-1", "note.bak", "host-a.b-Mail.qvb"}) {
     folder.write(name, "mail");
   }
+  EXPECT_FALSE(clear(folder.path(), false)) << "another run may be at work";
+  EXPECT_EQ(folder.list().size(), 10U);
   EXPECT_TRUE(clear(folder.path()));
-  EXPECT_THAT(folder.list(), ElementsAre("host-09-Mail.qvb.old", "host-Mail.qvb", "my-temp-1", "work2"));
+  EXPECT_THAT(folder.list(),
+              ElementsAre("host-Mail.qvb", "host-a.b-Mail.qvb", "note.bak", "temp-1", "work2"));
   EXPECT_THAT(errors.text(),
               HasSubstr("] Removing what an earlier backup left behind: " + folder.path("work")));
 }
