@@ -13,7 +13,7 @@ std::string hex(Bytes bytes) {
   return text;
 }
 
-// A time that neither form holds leaves its field out of the record, and 1980 in the other.
+// A time that neither form holds leaves its field out of the record, and is the end of 2107 in the other.
 ZipEntry entryOf(std::uint64_t size) {
   struct stat status {};
   status.st_mode = S_IFREG | 0640;
@@ -36,8 +36,8 @@ TEST(ZipRecordsTest, HoldNumbersOfSixtyFourBits) {
             "2d00"
             "0000"
             "0800"
-            "0000"
-            "2100"
+            "7dbf"
+            "9fff"
             "04030201"
             "ffffffff"
             "ffffffff"
@@ -57,8 +57,8 @@ TEST(ZipRecordsTest, HoldNumbersOfSixtyFourBits) {
             "2d00"
             "0000"
             "0800"
-            "0000"
-            "2100"
+            "7dbf"
+            "9fff"
             "04030201"
             "05000000"
             "ffffffff"
@@ -112,8 +112,8 @@ TEST(ZipRecordsTest, StayInTheSmallFormAsLongAsItHoldsThem) {
             "1400"
             "0000"
             "0800"
-            "0000"
-            "2100"
+            "7dbf"
+            "9fff"
             "04030201"
             "05000000"
             "09000000"
@@ -136,6 +136,44 @@ TEST(ZipRecordsTest, StayInTheSmallFormAsLongAsItHoldsThem) {
             "02000000"
             "01000000"
             "0000");
+}
+
+struct EdgeCase {
+  std::uint64_t size, packed, offset;
+  unsigned large;  // bytes that it takes in the 64-bit form
+};
+
+class EdgeTest : public testing::TestWithParam<EdgeCase> {};
+
+TEST_P(EdgeTest, OnlyWhatDoesNotFitIsInTheLargeForm) {
+  ZipEntry entry = entryOf(GetParam().size);
+  entry.packed = GetParam().packed;
+  entry.offset = GetParam().offset;
+  Buffer record;
+  appendDirectoryRecord(entry, record);
+  EXPECT_EQ(record.size(), 46 + 1 + GetParam().large);
+}
+
+INSTANTIATE_TEST_SUITE_P(Numbers, EdgeTest,
+                         testing::Values(EdgeCase{0xfffffffe, 0xfffffffe, 0xfffffffe, 0},
+                                         EdgeCase{0xffffffff, 1, 1, 12}, EdgeCase{1, 0xffffffff, 1, 12},
+                                         EdgeCase{1, 1, 0xffffffff, 12},
+                                         EdgeCase{0xffffffff, 0xffffffff, 0xffffffff, 28}));
+
+TEST(ZipRecordsTest, FilesThatMightGrowBeyondTheSmallFormHaveRoomForTheLargeOne) {
+  // Stored in segments of 32 KiB and 1 KiB in turn, five bytes more each.
+  constexpr std::uint64_t kMost = 0xffffffff / 33802ULL * 33792;
+  EXPECT_TRUE(entryOf(kMost).isLarge);
+  EXPECT_FALSE(entryOf(0x80000000).isLarge);
+}
+
+TEST(ZipRecordsTest, TheLargeEndBeginsWhereTheCountNoLongerFits) {
+  for (const auto& [entries, size] : {std::pair(65534, 22), {65535, 98}, {65536, 98}}) {
+    Buffer end;
+    appendEnd({static_cast<std::uint64_t>(entries), 1, 2}, end);
+    EXPECT_EQ(end.size(), size) << entries;
+    EXPECT_EQ(hex(end.bytes().last(14).first(2)), entries == 65534 ? "feff" : "ffff");
+  }
 }
 
 }  // namespace

@@ -220,12 +220,13 @@ void Packer::fillBlock(const Block& block, Piece& piece) {
     piece.entries.push_back(large.entry);
     appendLocalHeader(large.entry, piece.bytes);
   }
+  const std::size_t data = piece.bytes.size();
   if (!readBlock(large.file.get(), static_cast<off_t>(start), size, isEnd, input_, cause) ||
       !compressor_.compress(input_.bytes(), isEnd, piece.bytes)) {
     if (!large.failed.exchange(true)) piece.messages.push_back({large.shownPath, cause});
     return;
   }
-  piece.block = LargeBlock{checksumOf(input_.bytes()), size, isEnd};
+  piece.block = LargeBlock{checksumOf(input_.bytes()), size, piece.bytes.size() - data, isEnd};
 }
 
 }  // namespace corvane::ditto

@@ -31,6 +31,7 @@ struct Message {
 struct LargeBlock {
   std::uint32_t checksum = 0;
   std::uint64_t size = 0;  // before it was compressed
+  std::uint64_t packed = 0;
   bool last = false;
 };
 

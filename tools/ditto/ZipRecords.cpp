@@ -22,10 +22,11 @@ constexpr unsigned kUtf8Names = 1U << 11;
 constexpr unsigned kMadeOnUnix = 3U << 8;
 constexpr unsigned kFolderOfDos = 16;
 
-constexpr std::uint64_t kInLargeForm = 0xffffffff;
 constexpr std::uint64_t kCountInLargeForm = 0xffff;
-// What does not become smaller grows a little.
-constexpr std::int64_t kLargestInSmallForm = 0xfff00000;
+// What does not become smaller grows: stored, by five bytes for each segment and each 65,535 bytes of it. The
+// shortest segments that can follow each other are of 32 KiB and of 1 KiB, so it is less than 1 in 3,000;
+// the room left here is 1 in 256.
+constexpr std::int64_t kLargestInSmallForm = 0xff000000;
 
 class Record {
  public:
@@ -57,23 +58,28 @@ bool isAscii(const std::string& text) {
 bool isValidUtf8(const std::string& text) { return Utf8Decoder().decode(text) == text; }
 
 struct DosTime {
-  unsigned time = 0;
-  unsigned date = 1U << 5 | 1U;  // the first day of 1980, the earliest there is
+  unsigned time;
+  unsigned date;
 };
 
-// The local time, by convention; halves of it get lost.
+constexpr DosTime kEarliest = {0, 1U << 5 | 1U};                                       // 1980
+constexpr DosTime kLatest = {23U << 11 | 59U << 5 | 29U, 127U << 9 | 12U << 5 | 31U};  // 2107
+
+// The local time, by convention; odd seconds get lost. What is out of its reach becomes its end.
 DosTime dosTime(std::int64_t seconds) {
   struct tm local {};
   const auto moment = static_cast<time_t>(seconds);
-  if (!::localtime_r(&moment, &local) || local.tm_year < 80 || local.tm_year > 207) return {};
+  if (seconds < 0) return kEarliest;
+  if (!::localtime_r(&moment, &local) || local.tm_year > 207) return kLatest;
+  if (local.tm_year < 80) return kEarliest;
   const auto part = [](int value, unsigned shift) { return static_cast<unsigned>(value) << shift; };
   return {part(local.tm_hour, 11) | part(local.tm_min, 5) | part(local.tm_sec / 2, 0),
           part(local.tm_year - 80, 9) | part(local.tm_mon + 1, 5) | part(local.tm_mday, 0)};
 }
 
+// Some readers take the number's highest bit for a sign, and some do not.
 bool hasUnixTime(const ZipEntry& entry) {
-  return entry.changed >= std::numeric_limits<std::int32_t>::min() &&
-         entry.changed <= std::numeric_limits<std::int32_t>::max();
+  return entry.changed >= 0 && entry.changed <= std::numeric_limits<std::int32_t>::max();
 }
 
 unsigned timeSize(const ZipEntry& entry) { return hasUnixTime(entry) ? 9 : 0; }

@@ -30,6 +30,9 @@ struct ZipEntry {
 /// A path that is longer fits into no archive.
 inline constexpr std::size_t kLongestName = 65535;
 
+/// Stands in a field of 32 bits for a number that it does not hold.
+inline constexpr std::uint64_t kInLargeForm = 0xffffffff;
+
 /// The header in front of the data; its length depends on name, time and `isLarge` only, so that it can be
 /// written again when the rest is known.
 void appendLocalHeader(const ZipEntry& entry, Buffer& out);

@@ -1,6 +1,8 @@
 #include "tools/ditto/ZipWriter.h"
 
 #include <zlib.h>
+#include <algorithm>
+#include <cerrno>
 
 namespace corvane::ditto {
 namespace {
@@ -38,23 +40,23 @@ bool ZipWriter::add(const Piece& piece) {
       continue;
     }
     large_ = std::move(entry);
-    large_.size = 0;
-    Buffer header;
-    appendLocalHeader(large_, header);
-    // What is in the piece beyond it is counted below.
-    large_.packed = 0 - std::uint64_t{header.size()};
+    large_.size = large_.packed = 0;
   }
   if (!piece.block) return true;
   large_.checksum = static_cast<std::uint32_t>(
       crc32_combine(large_.checksum, piece.block->checksum, static_cast<z_off_t>(piece.block->size)));
   large_.size += piece.block->size;
-  large_.packed += piece.bytes.size();
+  large_.packed += piece.block->packed;
   return !piece.block->last || finishLarge();
 }
 
 // The header was written before the sizes were known: with them in it, the archive can be read from a pipe
 // too.
 bool ZipWriter::finishLarge() {
+  if (!large_.isLarge && std::max(large_.size, large_.packed) >= kInLargeForm) {
+    errno = EFBIG;
+    return false;
+  }
   addToDirectory(large_);
   Buffer header;
   appendLocalHeader(large_, header);

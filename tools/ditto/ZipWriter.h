@@ -13,8 +13,8 @@ class ZipWriter {
  public:
   explicit ZipWriter(TargetFile& target) : target_(target) {}
 
-  /// Each of these answers false, and errno, when the target could not be written.
-  /// Pieces come in their order, and none of a file that failed.
+  /// Each of these answers false, and errno, when the target could not be written: the archive is lost then.
+  /// Pieces come in their order; after one that belongs to a file that failed, no more are added.
   [[nodiscard]] bool add(const Piece& piece);
   /// Writes what follows the last entry.
   [[nodiscard]] bool finish();
