@@ -30,24 +30,21 @@ void store(Bytes bytes, bool last, Buffer& out) {
 
 }  // namespace
 
-bool Compressor::compress(Bytes bytes, bool last, Buffer& out) {
+void Compressor::compress(Bytes bytes, bool last, Buffer& out) {
   while (!bytes.empty()) {
     const Segment segment = firstSegment(bytes);
     const bool isEnd = segment.size == bytes.size();
-    if (!compressSegment(bytes.first(segment.size), segment.effort, last && isEnd, out)) return false;
+    compressSegment(bytes.first(segment.size), segment.effort, last && isEnd, out);
     bytes = bytes.subspan(segment.size);
   }
-  return true;
 }
 
-bool Compressor::compressSegment(Bytes bytes, Effort effort, bool last, Buffer& out) {
+void Compressor::compressSegment(Bytes bytes, Effort effort, bool last, Buffer& out) {
   const std::size_t start = out.size();
   Deflater& deflater = effort == Effort::quick ? *quick_ : *thorough_;
-  if (!deflater.deflate(bytes, last, out)) return false;
-  if (out.size() - start <= storedSize(bytes.size())) return true;
+  if (deflater.deflate(bytes, last, out) && out.size() - start <= storedSize(bytes.size())) return;
   out.cut(start);
   store(bytes, last, out);
-  return true;
 }
 
 }  // namespace corvane::ditto

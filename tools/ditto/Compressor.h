@@ -11,11 +11,11 @@ namespace corvane::ditto {
 class Compressor {
  public:
   /// Appends `bytes` to `out`. `last`: nothing more of the file follows; otherwise the next block's stream,
-  /// made by any compressor, continues this one. False when it failed.
-  [[nodiscard]] bool compress(Bytes bytes, bool last, Buffer& out);
+  /// made by any compressor, continues this one.
+  void compress(Bytes bytes, bool last, Buffer& out);
 
  private:
-  [[nodiscard]] bool compressSegment(Bytes bytes, Effort effort, bool last, Buffer& out);
+  void compressSegment(Bytes bytes, Effort effort, bool last, Buffer& out);
 
   std::unique_ptr<Deflater> quick_ = makeDeflater(Effort::quick);
   std::unique_ptr<Deflater> thorough_ = makeDeflater(Effort::thorough);

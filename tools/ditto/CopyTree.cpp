@@ -52,7 +52,7 @@ void copyFile(int file, const struct stat& status, TargetFile& target, const Pat
   if (!target.create()) return report.failErrno(shown.to);
   std::string cause;
   const auto take = [&](std::span<const char> bytes) { return target.write(bytes); };
-  const Transfer transfer = readWhole(file, status.st_size, take, cause);
+  const Transfer transfer = readWhole(file, status, take, cause);
   if (transfer == Transfer::unreadable) return report.fail(shown.from, cause);
   if (transfer == Transfer::unwritable) return report.fail(shown.to, cause);
   if (!copyAttributes(file, status, target.file(), kept) || !target.putInPlace()) report.failErrno(shown.to);
@@ -148,7 +148,7 @@ void copySingleFile(int source, const struct stat& status, const Options& option
   if (!place.folder.isOpen()) return report.failErrno(path);
   TargetFile target(place.folder.get(), place.name);
   copyFile(source, status, target, {options.source, path}, keptAttributes(options), report);
-  place.flushName();
+  if (!report.failed() && !place.flushName()) report.failErrno(path);
 }
 
 }  // namespace

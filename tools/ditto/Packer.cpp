@@ -144,25 +144,27 @@ void Packer::packLink(const Item& item) {
 
 void Packer::packFile(const Item& item) {
   const std::string& path = item.step.path;
-  struct stat status {};
+  OpenedFile opened;
   std::string cause;
-  Descriptor file = path.empty() ? openAgain(item.folder->get(), status, cause)
-                                 : openFile(item.folder->get(), item.step.lastName(), status, cause);
-  if (!file.isOpen()) return fail(names_.shown(path), cause);
+  opened.file = path.empty() ? openAgain(item.folder->get(), opened.status, cause)
+                             : openFile(item.folder->get(), item.step.lastName(), opened.status, cause);
+  opened.shown = names_.shown(path);
+  if (!opened.file.isOpen()) return fail(opened.shown, cause);
   if (outbox_.demand() != Demand::everything) return;
-  const std::string shown = names_.shown(path);
-  ZipEntry entry(names_.inside(path), status);
-  if (!isNameUsable(shown, entry)) return;
-  tell(shown);
-  entry.size = static_cast<std::uint64_t>(status.st_size);
-  if (entry.size > kBlock) return packLarge(std::move(file), shown, std::move(entry));
-  packWhole(file, shown, std::move(entry));
+  ZipEntry entry(names_.inside(path), opened.status);
+  if (!isNameUsable(opened.shown, entry)) return;
+  tell(opened.shown);
+  entry.size = static_cast<std::uint64_t>(opened.status.st_size);
+  if (entry.size > kBlock) return packLarge(std::move(opened), std::move(entry));
+  packWhole(opened, std::move(entry));
 }
 
-void Packer::packWhole(const Descriptor& file, const std::string& shown, ZipEntry entry) {
+void Packer::packWhole(const OpenedFile& opened, ZipEntry entry) {
+  const int file = opened.file.get();
   std::string cause;
-  if (!readBlock(file.get(), 0, static_cast<std::size_t>(entry.size), true, input_, cause)) {
-    return fail(shown, cause);
+  if (!readBlock(file, 0, static_cast<std::size_t>(entry.size), true, input_, cause) ||
+      !isUnchanged(file, opened.status, cause)) {
+    return fail(opened.shown, cause);
   }
   Buffer& out = piece_.bytes;
   const Bytes bytes = input_.bytes();
@@ -171,7 +173,7 @@ void Packer::packWhole(const Descriptor& file, const std::string& shown, ZipEntr
   entry.isDeflated = !bytes.empty();
   appendLocalHeader(entry, out);
   const std::size_t data = out.size();
-  if (!compressor_.compress(bytes, true, out)) return fail(shown, "cannot be compressed");
+  compressor_.compress(bytes, true, out);
   if (out.size() - data >= bytes.size()) {
     out.cut(data);
     out.append(bytes);
@@ -186,13 +188,15 @@ void Packer::packWhole(const Descriptor& file, const std::string& shown, ZipEntr
   piece_.entries.push_back(std::move(entry));
 }
 
-void Packer::packLarge(Descriptor file, const std::string& shown, ZipEntry entry) {
+void Packer::packLarge(OpenedFile opened, ZipEntry entry) {
   endPiece(false);
   auto large = std::make_shared<LargeFile>();
-  large->file = std::move(file);
-  large->shownPath = shown;
+  large->file = std::move(opened.file);
+  large->opened = opened.status;
+  large->shownPath = std::move(opened.shown);
   large->first = place_;
   large->blocks = static_cast<std::size_t>((entry.size + kBlock - 1) / kBlock);
+  large->unread = large->blocks;
   large->entry = std::move(entry);
   large->entry.isDeflated = true;
   place_.part += large->blocks;
@@ -202,31 +206,35 @@ void Packer::packLarge(Descriptor file, const std::string& shown, ZipEntry entry
 }
 
 void Packer::packBlock(const Block& block) {
-  const Place place = {block.file->first.batch, block.file->first.part + block.number};
+  LargeFile& large = *block.file;
+  const Place place = {large.first.batch, large.first.part + block.number};
   outbox_.awaitTurn(place);
   Piece piece;
   piece.bytes = outbox_.buffer();
-  if (outbox_.demand() == Demand::everything && !block.file->failed) fillBlock(block, piece);
+  std::string cause;
+  const bool isWanted = outbox_.demand() == Demand::everything && !large.failed;
+  if (isWanted && !fillBlock(block, piece, cause) && !large.failed.exchange(true)) {
+    piece.messages.push_back({large.shownPath, cause});
+  }
   outbox_.put(place, std::move(piece));
 }
 
-void Packer::fillBlock(const Block& block, Piece& piece) {
+bool Packer::fillBlock(const Block& block, Piece& piece, std::string& cause) {
   LargeFile& large = *block.file;
   const std::uint64_t start = std::uint64_t{block.number} * kBlock;
   const auto size = static_cast<std::size_t>(std::min<std::uint64_t>(kBlock, large.entry.size - start));
   const bool isEnd = block.number + 1 == large.blocks;
-  std::string cause = "cannot be compressed";
+  const int file = large.file.get();
+  if (!readBlock(file, static_cast<off_t>(start), size, isEnd, input_, cause)) return false;
+  if (--large.unread == 0 && !isUnchanged(file, large.opened, cause)) return false;
   if (block.number == 0) {
     piece.entries.push_back(large.entry);
     appendLocalHeader(large.entry, piece.bytes);
   }
   const std::size_t data = piece.bytes.size();
-  if (!readBlock(large.file.get(), static_cast<off_t>(start), size, isEnd, input_, cause) ||
-      !compressor_.compress(input_.bytes(), isEnd, piece.bytes)) {
-    if (!large.failed.exchange(true)) piece.messages.push_back({large.shownPath, cause});
-    return;
-  }
+  compressor_.compress(input_.bytes(), isEnd, piece.bytes);
   piece.block = LargeBlock{checksumOf(input_.bytes()), size, piece.bytes.size() - data, isEnd};
+  return true;
 }
 
 }  // namespace corvane::ditto

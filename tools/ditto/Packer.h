@@ -21,6 +21,13 @@ struct ArchiveNames {
   [[nodiscard]] std::string inside(const std::string& path) const;
 };
 
+/// A file that is about to be read.
+struct OpenedFile {
+  Descriptor file;
+  struct stat status {};
+  std::string shown;  ///< its path in messages
+};
+
 class Packer {
  public:
   /// `verbose`: the pieces tell of every file and link.
@@ -36,10 +43,10 @@ class Packer {
   void packFolder(const Item& item);
   void packLink(const Item& item);
   void packFile(const Item& item);
-  void packWhole(const Descriptor& file, const std::string& shown, ZipEntry entry);
-  void packLarge(Descriptor file, const std::string& shown, ZipEntry entry);
+  void packWhole(const OpenedFile& opened, ZipEntry entry);
+  void packLarge(OpenedFile opened, ZipEntry entry);
   void packBlock(const Block& block);
-  void fillBlock(const Block& block, Piece& piece);
+  [[nodiscard]] bool fillBlock(const Block& block, Piece& piece, std::string& cause);
 
   [[nodiscard]] bool isNameUsable(const std::string& shown, const ZipEntry& entry);
   void fail(const std::string& shown, const std::string& cause) { piece_.messages.push_back({shown, cause}); }

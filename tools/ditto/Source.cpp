@@ -21,6 +21,10 @@ ssize_t readPiece(int file, std::vector<char>& buffer) {
   return count;
 }
 
+bool isSame(const struct timespec& a, const struct timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
 }  // namespace
 
 Descriptor openSource(const std::string& path, struct stat& status, Report& report) {
@@ -85,10 +89,24 @@ bool readLink(int folder, const char* name, std::string& target, struct stat& st
   return false;
 }
 
-Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cause) {
+bool isUnchanged(int file, const struct stat& opened, std::string& cause) {
+  struct stat now {};
+  if (::fstat(file, &now) != 0) {
+    cause = std::strerror(errno);
+    return false;
+  }
+  if (now.st_size == opened.st_size && isSame(now.st_mtim, opened.st_mtim) &&
+      isSame(now.st_ctim, opened.st_ctim)) {
+    return true;
+  }
+  cause = kChanged;
+  return false;
+}
+
+Transfer readWhole(int file, const struct stat& opened, const TakeBytes& take, std::string& cause) {
   // One byte more than expected, to see at once that a small file has grown.
-  std::vector<char> buffer(static_cast<std::size_t>(std::min<off_t>(size + 1, kPiece)));
-  off_t left = size;
+  std::vector<char> buffer(static_cast<std::size_t>(std::min<off_t>(opened.st_size + 1, kPiece)));
+  off_t left = opened.st_size;
   while (true) {
     const ssize_t count = readPiece(file, buffer);
     if (count < 0) {
@@ -99,7 +117,7 @@ Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cau
       cause = kChanged;
       return Transfer::unreadable;
     }
-    if (count == 0) return Transfer::done;
+    if (count == 0) return isUnchanged(file, opened, cause) ? Transfer::done : Transfer::unreadable;
     if (!take({buffer.data(), static_cast<std::size_t>(count)})) {
       cause = std::strerror(errno);
       return Transfer::unwritable;

@@ -1,7 +1,7 @@
 // Opening what is to be copied, and reading files from end to end. Thread: any.
 #pragma once
 
-#include <sys/types.h>
+#include <sys/stat.h>
 #include <functional>
 #include <span>
 #include <string>
@@ -38,8 +38,13 @@ enum class Transfer { done, unreadable, unwritable };
 /// Takes the next bytes of a file; false, with errno, when it cannot.
 using TakeBytes = std::function<bool(std::span<const char>)>;
 
-/// Hands all bytes of `file` to `take`. When they are not exactly `size`, the file is being written to and a
-/// copy would be a mixture: unreadable. `cause` is set unless the transfer is done.
-[[nodiscard]] Transfer readWhole(int file, off_t size, const TakeBytes& take, std::string& cause);
+/// Whether the open file, which was as `opened` says before it was read, has not been written to meanwhile:
+/// of one that was, a copy may be a mixture. `cause` says so if it was, or cannot be told.
+[[nodiscard]] bool isUnchanged(int file, const struct stat& opened, std::string& cause);
+
+/// Hands all bytes of `file` to `take`. When they are not as many as `opened` says, or the file is not
+/// unchanged at the end: unreadable. `cause` is set unless the transfer is done.
+[[nodiscard]] Transfer readWhole(int file, const struct stat& opened, const TakeBytes& take,
+                                 std::string& cause);
 
 }  // namespace corvane::ditto

@@ -40,7 +40,7 @@ bool randomName(std::string& name) {
 }
 
 // Some file systems have nothing to flush and say so.
-bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP; }
+bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF; }
 
 }  // namespace
 
@@ -80,6 +80,11 @@ TargetFile::~TargetFile() {
 
 template <typename Make>
 bool TargetFile::make(Make attempt) {
+  struct stat there {};
+  if (statusThere(there) && !S_ISREG(there.st_mode) && !S_ISLNK(there.st_mode)) {
+    errno = S_ISDIR(there.st_mode) ? EISDIR : EEXIST;
+    return false;
+  }
   std::string name;
   while (randomName(name)) {
     const SignalsHeldBack heldBack;
@@ -136,11 +141,20 @@ bool TargetFile::putInPlace() {
   return true;
 }
 
+bool TargetFile::statusThere(struct stat& status) const {
+  return ::fstatat(folder_, name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+bool TargetFile::wouldReplace(const FileIdentity& file) const {
+  struct stat there {};
+  return statusThere(there) && FileIdentity(there) == file;
+}
+
 bool TargetFile::isNamed(const FileIdentity& folder, const std::string& name) const {
   return folder == folderIdentity_ && (name == name_ || name == temporary_);
 }
 
-void TargetPlace::flushName() const { ::fsync(folder.get()); }
+bool TargetPlace::flushName() const { return flush(folder.get()); }
 
 TargetPlace::TargetPlace(const std::string& path) {
   const auto slash = path.rfind('/');

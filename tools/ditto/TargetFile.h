@@ -41,7 +41,8 @@ class TargetFile {
   TargetFile(const TargetFile&) = delete;
   TargetFile& operator=(const TargetFile&) = delete;
 
-  /// Each of these answers false, and errno, on failure.
+  /// Each of these answers false, and errno, on failure; EEXIST when the name is a pipe's, a socket's or a
+  /// device's, which is not to be replaced.
   [[nodiscard]] bool create();  ///< empty, for its owner only
   [[nodiscard]] bool createLink(const std::string& target);
   [[nodiscard]] bool write(std::span<const char> bytes);
@@ -53,10 +54,14 @@ class TargetFile {
   [[nodiscard]] int file() const { return file_.get(); }
   [[nodiscard]] const std::string& temporaryName() const { return temporary_; }
 
+  /// Whether the name is that of this file.
+  [[nodiscard]] bool wouldReplace(const FileIdentity& file) const;
+
   /// Whether `name` in `folder` is the target or its temporary name.
   [[nodiscard]] bool isNamed(const FileIdentity& folder, const std::string& name) const;
 
  private:
+  [[nodiscard]] bool statusThere(struct stat& status) const;
   template <typename Make>
   bool make(Make attempt);
 
@@ -72,8 +77,9 @@ class TargetFile {
 struct TargetPlace {
   explicit TargetPlace(const std::string& path);
 
-  /// Makes a power cut leave the new file rather than the earlier one, where the file system can.
-  void flushName() const;
+  /// Makes a power cut leave the new file rather than the earlier one, where the file system can. False, and
+  /// errno, when it could and failed.
+  [[nodiscard]] bool flushName() const;
 
   Descriptor folder;
   std::string name;

@@ -36,10 +36,12 @@ struct LargeFile {
   Descriptor file;
   ZipEntry entry;
   std::string shownPath;
-  Place first;  // of its blocks' pieces
+  Place first;            // of its blocks' pieces
+  struct stat opened {};  // before any of it was read
   std::size_t blocks = 0;
-  std::atomic<bool> failed = false;  // and reported
-  std::size_t taken = 0;             // by the queue only
+  std::atomic<std::size_t> unread = 0;  // blocks; who reads the last one looks whether the file has changed
+  std::atomic<bool> failed = false;     // and reported
+  std::size_t taken = 0;                // by the queue only
 };
 
 struct Block {

@@ -106,13 +106,15 @@ void createArchive(const Options& options, Report& report) {
   const TargetPlace place(options.destination);
   if (!place.folder.isOpen()) return report.failErrno(options.destination);
   TargetFile target(place.folder.get(), place.name);
+  if (target.wouldReplace(FileIdentity(status))) {
+    return report.fail(options.destination, "is the source itself");
+  }
   if (!target.create()) return report.failErrno(options.destination);
   const ArchiveNames names = namesFor(options, status);
   SourceItems items(std::move(source), status, options, target);
   archive(names, items, target, options, report);
   if (report.failed()) return;
-  if (!target.putInPlace()) return report.failErrno(options.destination);
-  place.flushName();
+  if (!target.putInPlace() || !place.flushName()) report.failErrno(options.destination);
 }
 
 }  // namespace corvane::ditto
