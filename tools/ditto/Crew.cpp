@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <exception>
 #include <string>
-#include <system_error>
 
 #include "tools/ditto/TargetFile.h"
 
@@ -34,7 +33,7 @@ Crew::Crew(std::size_t size, const Workshop& workshop) : workshop_(workshop) {
   for (std::size_t i = 0; i < size; ++i) {
     try {
       threads_.emplace_back([this] { work(workshop_); });
-    } catch (const std::system_error& refused) {
+    } catch (const std::exception& refused) {  // for want of threads or of memory
       problem = threads_.empty() && i + 1 == size ? refused.what() : "";
       workshop_.outbox.makerEnded(problem);
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace corvane::ditto {
@@ -216,7 +217,8 @@ class Walk {
 bool openEnd(Buffer& stream, std::size_t start) {
   const std::size_t size = stream.size() - start;
   std::memset(stream.room(kSpare).data(), 0, kSpare);
-  const auto end = Walk(stream.data() + start, size).toEnd();
+  // Its tables are too large for the stack of some systems' threads.
+  const auto end = std::make_unique<Walk>(stream.data() + start, size)->toEnd();
   if (!end) return false;
   stream.data()[start + end->mark / 8] &= static_cast<unsigned char>(~(1U << end->mark % 8));
   // An empty stored block: three bits of zero, no more until the byte is full, the size and its complement.

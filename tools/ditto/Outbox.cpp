@@ -7,6 +7,15 @@ namespace {
 
 constexpr std::size_t kMostRoom = std::size_t{12} << 20;
 
+// All that a piece takes; messages, too, can be many where nothing can be read.
+std::size_t roomOf(const Piece& piece) {
+  std::size_t room = sizeof piece + piece.bytes.capacity() + piece.entries.capacity() * sizeof(ZipEntry) +
+                     piece.messages.capacity() * sizeof(Message);
+  for (const ZipEntry& entry : piece.entries) room += entry.name.capacity();
+  for (const Message& message : piece.messages) room += message.path.capacity() + message.cause.capacity();
+  return room;
+}
+
 }  // namespace
 
 void Outbox::awaitTurn(Place place) {
@@ -25,7 +34,7 @@ Buffer Outbox::buffer() {
 
 void Outbox::put(Place place, Piece piece) {
   const std::scoped_lock lock(mutex_);
-  room_ += piece.bytes.capacity();
+  room_ += roomOf(piece);
   pieces_.emplace(place, std::move(piece));
   if (place == next_) arrived_.notify_one();
 }
@@ -59,7 +68,7 @@ std::optional<Piece> Outbox::next() {
   if (found == pieces_.end()) return std::nullopt;
   Piece piece = std::move(found->second);
   pieces_.erase(found);
-  room_ -= piece.bytes.capacity();
+  room_ -= roomOf(piece);
   next_ = piece.endsBatch ? Place{next_.batch + 1, 0} : Place{next_.batch, next_.part + 1};
   written_.notify_all();
   return piece;

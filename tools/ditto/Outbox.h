@@ -51,7 +51,7 @@ class Outbox {
   std::condition_variable written_;
   std::map<Place, Piece> pieces_;
   std::vector<Buffer> unused_;
-  std::size_t room_ = 0;  // that the pieces' buffers take
+  std::size_t room_ = 0;  // that the pieces take
   Place next_;
   std::size_t makers_;
   std::string problem_;

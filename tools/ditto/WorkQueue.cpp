@@ -7,37 +7,52 @@ namespace {
 
 // Enough to be worth the locks and the write; few enough folders to hold open.
 constexpr std::size_t kItems = 64;
-constexpr std::size_t kFolders = 2;
+constexpr std::size_t kFolders = 4;
 
 }  // namespace
 
-bool WorkQueue::fill(Batch& batch) {
-  batch.items.reserve(kItems);
+// False behind the last item.
+bool WorkQueue::fill(std::vector<Item>& items) {
+  items.reserve(kItems);
   std::size_t folders = 0;
-  while (batch.items.size() < kItems && folders < kFolders) {
+  for (const Descriptor* last = nullptr; items.size() < kItems && folders < kFolders;) {
     Item item;
-    if (!next_(item)) {
-      ended_ = true;
-      break;
+    if (!next_(item)) return false;
+    if (item.folder && item.folder.get() != last) {
+      last = item.folder.get();
+      ++folders;
     }
-    if (batch.items.empty() || batch.items.back().folder != item.folder) ++folders;
-    batch.items.push_back(std::move(item));
+    items.push_back(std::move(item));
   }
-  if (batch.items.empty()) return false;
-  batch.number = batches_++;
   return true;
+}
+
+Batch WorkQueue::takeBatch(std::unique_lock<std::mutex>& lock) {
+  isWalking_ = true;
+  lock.unlock();
+  Batch batch;
+  const bool isMore = fill(batch.items);
+  lock.lock();
+  isWalking_ = false;
+  ended_ = !isMore;
+  changed_.notify_all();
+  if (batch.items.empty()) return batch;
+  ++atWork_;
+  batch.number = batches_++;
+  return batch;
 }
 
 std::optional<Work> WorkQueue::take() {
   std::unique_lock lock(mutex_);
   while (!stopped_) {
     if (!large_.empty()) return takeBlock(large_.begin()->second);
-    if (Batch batch; !ended_ && fill(batch)) {
-      ++atWork_;
-      return batch;
+    if (!ended_ && !isWalking_) {
+      if (Batch batch = takeBatch(lock); !batch.items.empty()) return batch;
+    } else if (ended_ && atWork_ == 0) {
+      break;
+    } else {
+      changed_.wait(lock);
     }
-    if (atWork_ == 0) break;
-    changed_.wait(lock);
   }
   changed_.notify_all();
   return std::nullopt;

@@ -1,6 +1,6 @@
 // What is to be archived, handed out in the order of the walk: batches of items, and the blocks of large
-// files, which everybody helps with before a new batch is begun. Thread: any. Folders are listed by whoever
-// asks for work, while the others wait.
+// files, which everybody helps with before a new batch is begun. Thread: any. Folders are listed by one of
+// those who ask for work, while the others wait for that or help with a large file.
 #pragma once
 
 #include <atomic>
@@ -24,7 +24,7 @@ namespace corvane::ditto {
 /// A step of the walk that leads into the archive: anything but leaving a folder.
 struct Item {
   WalkStep step;
-  SharedFolder folder;  ///< in which it is; a folder itself, or what the user named, if that is all
+  SharedFolder folder;  ///< in which it is, if it is a file or a link; what the user named, if that is all
 };
 
 struct Batch {
@@ -53,7 +53,7 @@ using Work = std::variant<Batch, Block>;
 
 class WorkQueue {
  public:
-  /// Puts the next item into its argument; false when there is none.
+  /// Puts the next item into its argument; false when there is none. Called by one thread at a time.
   using NextItem = std::function<bool(Item&)>;
   explicit WorkQueue(NextItem next) : next_(std::move(next)) {}
 
@@ -72,7 +72,8 @@ class WorkQueue {
 
  private:
   [[nodiscard]] Block takeBlock(const std::shared_ptr<LargeFile>& file);
-  [[nodiscard]] bool fill(Batch& batch);
+  [[nodiscard]] Batch takeBatch(std::unique_lock<std::mutex>& lock);
+  [[nodiscard]] bool fill(std::vector<Item>& items);
 
   std::mutex mutex_;
   std::condition_variable changed_;
@@ -80,6 +81,7 @@ class WorkQueue {
   std::map<Place, std::shared_ptr<LargeFile>> large_;  // with blocks left
   std::size_t batches_ = 0;
   std::size_t atWork_ = 0;
+  bool isWalking_ = false;  // somebody, who has no lock: a slow folder does not stop the others
   bool ended_ = false;
   bool stopped_ = false;
 };

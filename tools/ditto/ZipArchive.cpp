@@ -33,7 +33,7 @@ class SourceItems {
       const bool isEntry = step_.kind == WalkStep::file || step_.kind == WalkStep::link;
       if (step_.kind == WalkStep::leave) continue;
       if (isEntry && target_.isNamed(folders.identity(), step_.lastName())) continue;
-      item = {step_, folders.share()};
+      item = {step_, isEntry ? folders.share() : nullptr};
       return true;
     }
     return false;

@@ -8,6 +8,7 @@ namespace corvane::ditto {
 namespace {
 
 constexpr std::size_t kDirectoryPiece = 65536;
+constexpr std::size_t kGathered = std::size_t{1} << 18;
 constexpr std::size_t kMostBesidesName = 128;  // of a record
 
 std::span<const char> asChars(Bytes bytes) {
@@ -18,7 +19,17 @@ std::span<const char> asChars(Bytes bytes) {
 
 bool ZipWriter::write(Bytes bytes) {
   position_ += bytes.size();
-  return target_.write(asChars(bytes));
+  const bool isLarge = bytes.size() > kGathered / 2;
+  if ((isLarge || gathered_.size() + bytes.size() > kGathered) && !writeGathered()) return false;
+  if (isLarge) return target_.write(asChars(bytes));
+  gathered_.append(bytes);
+  return true;
+}
+
+bool ZipWriter::writeGathered() {
+  const bool done = target_.write(asChars(gathered_.bytes()));
+  gathered_.cut(0);
+  return done;
 }
 
 void ZipWriter::addToDirectory(const ZipEntry& entry) {
@@ -60,7 +71,7 @@ bool ZipWriter::finishLarge() {
   addToDirectory(large_);
   Buffer header;
   appendLocalHeader(large_, header);
-  return target_.rewrite(static_cast<off_t>(large_.offset), asChars(header.bytes()));
+  return writeGathered() && target_.rewrite(static_cast<off_t>(large_.offset), asChars(header.bytes()));
 }
 
 bool ZipWriter::finish() {
@@ -73,7 +84,7 @@ bool ZipWriter::finish() {
   directory.size = position_ - directory.offset;
   Buffer end;
   appendEnd(directory, end);
-  return write(end.bytes());
+  return write(end.bytes()) && writeGathered();
 }
 
 }  // namespace corvane::ditto

@@ -21,11 +21,13 @@ class ZipWriter {
 
  private:
   [[nodiscard]] bool write(Bytes bytes);
+  [[nodiscard]] bool writeGathered();
   void addToDirectory(const ZipEntry& entry);
   [[nodiscard]] bool finishLarge();
 
   TargetFile& target_;
   std::uint64_t position_ = 0;
+  Buffer gathered_;                // what is small is written together
   std::vector<Buffer> directory_;  // in pieces: growing, a whole one would be there twice
   std::uint64_t entries_ = 0;
   ZipEntry large_;  // whose blocks are being added
