@@ -10,4 +10,7 @@ namespace corvane {
 /// up. A failure is logged.
 void postDistributedNotification(const std::string& name);
 
+/// The same on the calling thread, which waits for the daemon as long as it takes.
+void postNow(const std::string& name);
+
 }  // namespace corvane

@@ -8,28 +8,15 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
-#import "platform/cocoa/Guard.h"
-#import "platform/cocoa/Strings.h"
 #include "process/Log.h"
 
 namespace corvane {
 namespace {
 
 using namespace std::chrono_literals;
-constexpr auto kPatience = 5s;
-
-void post(const std::string& name) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSException* raised = guarded([&] {
-    [[NSDistributedNotificationCenter defaultCenter] postNotificationName:toNSString(name)
-                                                                   object:nil
-                                                                 userInfo:nil
-                                                       deliverImmediately:YES];
-  });
-  if (raised != nil) log("cannot post " + name + ": " + toUtf8([raised reason]));
-  [pool release];
-}
+constexpr std::chrono::milliseconds kPatience = 5s;
 
 /// A thread of its own talks to the notification daemon, which may be stopped and then never answers. It and
 /// what it shares with the poster are left to themselves when that happens.
@@ -42,7 +29,12 @@ class Poster {
     shared_->name = name;
     if (!isStarted_ && !start()) return;
     shared_->changed.notify_all();
-    if (!shared_->changed.wait_for(lock, kPatience, [this] { return !shared_->pending; })) {
+    const auto limit = std::exchange(patience_, 0s);  // all calls together wait no longer than one
+    const auto start = std::chrono::steady_clock::now();
+    if (shared_->changed.wait_for(lock, limit, [this] { return !shared_->pending; })) {
+      const auto taken = std::chrono::steady_clock::now() - start;
+      patience_ = limit - std::chrono::duration_cast<std::chrono::milliseconds>(taken);
+    } else {
       log("cannot post " + name + ": the notification daemon does not answer");
     }
   }
@@ -74,7 +66,7 @@ class Poster {
       shared->changed.wait(lock, [&] { return shared->pending; });
       const std::string name = shared->name;
       lock.unlock();
-      post(name);
+      postNow(name);
       lock.lock();
       shared->pending = false;
       shared->changed.notify_all();
@@ -83,6 +75,7 @@ class Poster {
 
   const std::shared_ptr<Shared> shared_ = std::make_shared<Shared>();
   bool isStarted_ = false;
+  std::chrono::milliseconds patience_ = kPatience;
 };
 
 }  // namespace

@@ -1,23 +1,8 @@
 #import "platform/cocoa/CompletionNotification.h"
 
-#import <Foundation/Foundation.h>
-
-#import "platform/cocoa/Guard.h"
-#import "platform/cocoa/Strings.h"
-#include "process/Log.h"
-
 namespace corvane {
 
-void postDistributedNotification(const std::string& name) {
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  NSException* raised = guarded([&] {
-    [[NSDistributedNotificationCenter defaultCenter] postNotificationName:toNSString(name)
-                                                                   object:nil
-                                                                 userInfo:nil
-                                                       deliverImmediately:YES];
-  });
-  if (raised != nil) log("cannot post " + name + ": " + toUtf8([raised reason]));
-  [pool release];
-}
+// The system's own service takes it without waiting for anybody.
+void postDistributedNotification(const std::string& name) { postNow(name); }
 
 }  // namespace corvane
