@@ -29,6 +29,13 @@ class Buffer {
   /// Keeps the first `size` bytes and the room of all.
   void cut(std::size_t size) { size_ = size; }
 
+  /// The same bytes, with no room to grow.
+  [[nodiscard]] Buffer copy() const {
+    Buffer exact;
+    exact.append(bytes());
+    return exact;
+  }
+
   [[nodiscard]] std::size_t size() const { return size_; }
   [[nodiscard]] std::size_t capacity() const { return capacity_; }
   [[nodiscard]] unsigned char* data() { return bytes_.get(); }

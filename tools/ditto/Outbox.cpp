@@ -23,15 +23,6 @@ void Outbox::awaitTurn(Place place) {
   written_.wait(lock, [&] { return room_ < kMostRoom || place == next_ || demand_ == Demand::nothing; });
 }
 
-Buffer Outbox::buffer() {
-  const std::scoped_lock lock(mutex_);
-  if (unused_.empty()) return {};
-  Buffer buffer = std::move(unused_.back());
-  unused_.pop_back();
-  buffer.cut(0);
-  return buffer;
-}
-
 void Outbox::put(Place place, Piece piece) {
   const std::scoped_lock lock(mutex_);
   room_ += roomOf(piece);
@@ -72,11 +63,6 @@ std::optional<Piece> Outbox::next() {
   next_ = piece.endsBatch ? Place{next_.batch + 1, 0} : Place{next_.batch, next_.part + 1};
   written_.notify_all();
   return piece;
-}
-
-void Outbox::reuse(Buffer buffer) {
-  const std::scoped_lock lock(mutex_);
-  if (buffer.capacity() > 0) unused_.push_back(std::move(buffer));
 }
 
 }  // namespace corvane::ditto

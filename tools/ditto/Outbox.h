@@ -9,7 +9,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "tools/ditto/Piece.h"
 
@@ -28,8 +27,6 @@ class Outbox {
 
   /// Waits until there is room for the piece of that place.
   void awaitTurn(Place place);
-  /// An empty buffer, one that was used before if there is any.
-  [[nodiscard]] Buffer buffer();
   void put(Place place, Piece piece);
   /// A thread that makes pieces ends; `problem` unless it is empty: before its work was done.
   void makerEnded(const std::string& problem);
@@ -40,8 +37,6 @@ class Outbox {
 
   /// Writing thread: waits for the next piece in order; none when there will be none.
   [[nodiscard]] std::optional<Piece> next();
-  /// Writing thread: gives the room of a piece back.
-  void reuse(Buffer buffer);
   /// What ended a thread before its time; empty when nothing did.
   [[nodiscard]] std::string problem();
 
@@ -50,7 +45,6 @@ class Outbox {
   std::condition_variable arrived_;
   std::condition_variable written_;
   std::map<Place, Piece> pieces_;
-  std::vector<Buffer> unused_;
   std::size_t room_ = 0;  // that the pieces take
   Place next_;
   std::size_t makers_;

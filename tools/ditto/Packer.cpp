@@ -72,7 +72,7 @@ void Packer::packBatch(const Batch& batch) {
   beginPiece();
   for (const Item& item : batch.items) {
     if (outbox_.demand() == Demand::nothing) break;
-    if (piece_.bytes.size() >= kFullPiece) {
+    if (packed_.size() >= kFullPiece) {
       endPiece(false);
       beginPiece();
     }
@@ -84,11 +84,12 @@ void Packer::packBatch(const Batch& batch) {
 void Packer::beginPiece() {
   outbox_.awaitTurn(place_);
   piece_ = Piece();
-  piece_.bytes = outbox_.buffer();
+  packed_.cut(0);
 }
 
 void Packer::endPiece(bool endsBatch) {
   piece_.endsBatch = endsBatch;
+  piece_.bytes = packed_.copy();
   outbox_.put(place_, std::move(piece_));
   ++place_.part;
 }
@@ -119,8 +120,8 @@ void Packer::tell(const std::string& shown) {
 void Packer::packFolder(const Item& item) {
   ZipEntry entry(names_.inside(item.step.path), item.step.status);
   if (!isNameUsable(names_.shown(item.step.path), entry)) return;
-  entry.offset = piece_.bytes.size();
-  appendLocalHeader(entry, piece_.bytes);
+  entry.offset = packed_.size();
+  appendLocalHeader(entry, packed_);
   piece_.entries.push_back(std::move(entry));
 }
 
@@ -136,9 +137,9 @@ void Packer::packLink(const Item& item) {
   const Bytes bytes(reinterpret_cast<const unsigned char*>(target.data()), target.size());
   entry.checksum = checksumOf(bytes);
   entry.size = entry.packed = bytes.size();
-  entry.offset = piece_.bytes.size();
-  appendLocalHeader(entry, piece_.bytes);
-  piece_.bytes.append(bytes);
+  entry.offset = packed_.size();
+  appendLocalHeader(entry, packed_);
+  packed_.append(bytes);
   piece_.entries.push_back(std::move(entry));
 }
 
@@ -166,25 +167,24 @@ void Packer::packWhole(const OpenedFile& opened, ZipEntry entry) {
       !isUnchanged(file, opened.status, cause)) {
     return fail(opened.shown, cause);
   }
-  Buffer& out = piece_.bytes;
   const Bytes bytes = input_.bytes();
   entry.checksum = checksumOf(bytes);
-  entry.offset = out.size();
+  entry.offset = packed_.size();
   entry.isDeflated = !bytes.empty();
-  appendLocalHeader(entry, out);
-  const std::size_t data = out.size();
-  compressor_.compress(bytes, true, out);
-  if (out.size() - data >= bytes.size()) {
-    out.cut(data);
-    out.append(bytes);
+  appendLocalHeader(entry, packed_);
+  const std::size_t data = packed_.size();
+  compressor_.compress(bytes, true, packed_);
+  if (packed_.size() - data >= bytes.size()) {
+    packed_.cut(data);
+    packed_.append(bytes);
     entry.isDeflated = false;
   }
-  entry.packed = out.size() - data;
+  entry.packed = packed_.size() - data;
   // The header again, now that all of it is known.
-  const std::size_t end = out.size();
-  out.cut(static_cast<std::size_t>(entry.offset));
-  appendLocalHeader(entry, out);
-  out.cut(end);
+  const std::size_t end = packed_.size();
+  packed_.cut(static_cast<std::size_t>(entry.offset));
+  appendLocalHeader(entry, packed_);
+  packed_.cut(end);
   piece_.entries.push_back(std::move(entry));
 }
 
@@ -201,7 +201,7 @@ void Packer::packLarge(OpenedFile opened, ZipEntry entry) {
   large->entry.isDeflated = true;
   place_.part += large->blocks;
   queue_.offer(large);
-  while (const auto block = queue_.takeOf(large)) packBlock(*block);
+  while (const auto block = queue_.takeUntilTaken(*large)) packBlock(*block);
   beginPiece();
 }
 
@@ -210,7 +210,6 @@ void Packer::packBlock(const Block& block) {
   const Place place = {large.first.batch, large.first.part + block.number};
   outbox_.awaitTurn(place);
   Piece piece;
-  piece.bytes = outbox_.buffer();
   std::string cause;
   const bool isWanted = outbox_.demand() == Demand::everything && !large.failed;
   if (isWanted && !fillBlock(block, piece, cause) && !large.failed.exchange(true)) {
@@ -227,13 +226,15 @@ bool Packer::fillBlock(const Block& block, Piece& piece, std::string& cause) {
   const int file = large.file.get();
   if (!readBlock(file, static_cast<off_t>(start), size, isEnd, input_, cause)) return false;
   if (--large.unread == 0 && !isUnchanged(file, large.opened, cause)) return false;
+  packed_.cut(0);
   if (block.number == 0) {
     piece.entries.push_back(large.entry);
-    appendLocalHeader(large.entry, piece.bytes);
+    appendLocalHeader(large.entry, packed_);
   }
-  const std::size_t data = piece.bytes.size();
-  compressor_.compress(input_.bytes(), isEnd, piece.bytes);
-  piece.block = LargeBlock{checksumOf(input_.bytes()), size, piece.bytes.size() - data, isEnd};
+  const std::size_t data = packed_.size();
+  compressor_.compress(input_.bytes(), isEnd, packed_);
+  piece.block = LargeBlock{checksumOf(input_.bytes()), size, packed_.size() - data, isEnd};
+  piece.bytes = packed_.copy();
   return true;
 }
 

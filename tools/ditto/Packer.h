@@ -60,8 +60,9 @@ class Packer {
   Outbox& outbox_;
   Compressor compressor_;
   Buffer input_;
-  Piece piece_;  // at work, of the batch at hand
-  Place place_;  // where it belongs
+  Buffer packed_;  // becomes the bytes of the piece at work
+  Piece piece_;    // of the batch at hand
+  Place place_;    // where it belongs
 };
 
 }  // namespace corvane::ditto

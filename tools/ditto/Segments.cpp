@@ -19,14 +19,15 @@ constexpr std::uint64_t kRarelyEqual = 45;
 
 Effort effortFor(Bytes page) {
   const Bytes sample = page.first(std::min(page.size(), kSample));
-  // Two counters take turns: one alone would wait for itself at each repeated byte.
-  std::array<std::array<std::uint32_t, 256>, 2> counts{};
+  // Two counters take turns: one alone would wait for itself at each repeated byte. None exceeds 128.
+  std::array<std::array<std::uint8_t, 256>, 2> counts{};
   for (std::size_t i = 0; i < sample.size(); ++i) ++counts[i % 2][sample[i]];
-  std::uint64_t equalPairs = 0;
+  std::uint32_t squares = 0;
   for (std::size_t value = 0; value < 256; ++value) {
-    const std::uint64_t count = counts[0][value] + counts[1][value];
-    equalPairs += count * (count > 0 ? count - 1 : 0);
+    const std::uint32_t count = std::uint32_t{counts[0][value]} + counts[1][value];
+    squares += count * count;
   }
+  const std::uint64_t equalPairs = squares - sample.size();
   const std::uint64_t pairs = std::uint64_t{sample.size()} * (sample.size() - 1);
   return equalPairs * kRarelyEqual < pairs ? Effort::quick : Effort::thorough;
 }

@@ -45,7 +45,7 @@ Batch WorkQueue::takeBatch(std::unique_lock<std::mutex>& lock) {
 std::optional<Work> WorkQueue::take() {
   std::unique_lock lock(mutex_);
   while (!stopped_) {
-    if (!large_.empty()) return takeBlock(large_.begin()->second);
+    if (!large_.empty()) return takeBlock();
     if (!ended_ && !isWalking_) {
       if (Batch batch = takeBatch(lock); !batch.items.empty()) return batch;
     } else if (ended_ && atWork_ == 0) {
@@ -69,16 +69,17 @@ void WorkQueue::offer(const std::shared_ptr<LargeFile>& file) {
   changed_.notify_all();
 }
 
-Block WorkQueue::takeBlock(const std::shared_ptr<LargeFile>& file) {
-  Block block{file, file->taken++};
-  if (file->taken == file->blocks) large_.erase(file->first);
+Block WorkQueue::takeBlock() {
+  const auto first = large_.begin();
+  Block block{first->second, first->second->taken++};
+  if (block.file->taken == block.file->blocks) large_.erase(first);
   return block;
 }
 
-std::optional<Block> WorkQueue::takeOf(const std::shared_ptr<LargeFile>& file) {
+std::optional<Block> WorkQueue::takeUntilTaken(const LargeFile& file) {
   const std::scoped_lock lock(mutex_);
-  if (stopped_ || file->taken == file->blocks) return std::nullopt;
-  return takeBlock(file);
+  if (stopped_ || file.taken == file.blocks) return std::nullopt;
+  return takeBlock();
 }
 
 void WorkQueue::stop() {

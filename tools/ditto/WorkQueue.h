@@ -64,14 +64,15 @@ class WorkQueue {
 
   /// Lets all help with a file of the batch at hand.
   void offer(const std::shared_ptr<LargeFile>& file);
-  /// A block of this file, which was offered; none when all are taken.
-  [[nodiscard]] std::optional<Block> takeOf(const std::shared_ptr<LargeFile>& file);
+  /// The block that is to be written first of all that were offered, for as long as this file has any left:
+  /// who went ahead of it would fill the room that it needs.
+  [[nodiscard]] std::optional<Block> takeUntilTaken(const LargeFile& file);
 
   /// Nothing is handed out any more.
   void stop();
 
  private:
-  [[nodiscard]] Block takeBlock(const std::shared_ptr<LargeFile>& file);
+  [[nodiscard]] Block takeBlock();
   [[nodiscard]] Batch takeBatch(std::unique_lock<std::mutex>& lock);
   [[nodiscard]] bool fill(std::vector<Item>& items);
 

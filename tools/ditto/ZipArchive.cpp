@@ -90,7 +90,6 @@ void archive(const ArchiveNames& names, SourceItems& items, TargetFile& target, 
     auto piece = outbox.next();
     if (!piece) break;
     deliver(*piece, writer, outbox, options, report);
-    outbox.reuse(std::move(piece->bytes));
   }
   const std::string problem = outbox.problem();
   if (!problem.empty()) report.fail(options.source, problem);
