@@ -90,7 +90,8 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   MailText text(argc > 3 ? std::strtoull(argv[3], nullptr, 10) : 1);
-  const bool written = fill(argv[1], std::strtoull(argv[2], nullptr, 10), argc > 4 ? argv[4] : "small", text);
+  const bool written = fill(argv[1], static_cast<std::size_t>(std::strtoull(argv[2], nullptr, 10)),
+                            argc > 4 ? argv[4] : "small", text);
   if (!written) std::fprintf(stderr, "make-mail-tree: cannot make %s\n", argv[1]);
   return written ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -28,7 +28,7 @@ std::string stamp() {
   std::array<char, 96> text{};
   std::snprintf(text.data(), text.size(), "%s.%03d BackupEngine[%ld:%lx] ", day.data(),
                 static_cast<int>(now.tv_usec / 1000), static_cast<long>(getpid()),
-                static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(pthread_self())));
+                (unsigned long)pthread_self());  // a number or a pointer, as the system has it
   return text.data();
 }
 

@@ -53,7 +53,7 @@ class BinaryGuard {
 
   Fault fault() {
     if (!readTrailer()) return faults::kMalformed;
-    measures_.resize(objects_);
+    measures_.resize(static_cast<std::size_t>(objects_));
     if (descend(root_)) walk();
     return fault_;
   }
@@ -64,9 +64,14 @@ class BinaryGuard {
     return false;
   }
 
+  // Both are less than the file's size by now.
+  [[nodiscard]] std::string_view piece(std::uint64_t at, std::uint64_t size) const {
+    return bytes_.substr(static_cast<std::size_t>(at), static_cast<std::size_t>(size));
+  }
+
   [[nodiscard]] std::uint64_t number(std::uint64_t at, std::uint64_t size) const {
     std::uint64_t value = 0;
-    for (const char byte : bytes_.substr(at, size)) value = value << 8 | static_cast<unsigned char>(byte);
+    for (const char byte : piece(at, size)) value = value << 8 | static_cast<unsigned char>(byte);
     return value;
   }
 
@@ -142,7 +147,7 @@ class BinaryGuard {
 
   // Integers beyond 64 bits would lose their upper half; a text would end at a zero byte.
   [[nodiscard]] bool isReadable(const Object& object) const {
-    const auto content = bytes_.substr(object.start, object.size);
+    const auto content = piece(object.start, object.size);
     if (object.kind == kInteger && object.size == 16) return number(object.start, 8) == 0;
     if (object.kind == kAscii) return content.find('\0') == std::string_view::npos;
     if (object.kind != kUtf16) return true;
@@ -165,7 +170,7 @@ class BinaryGuard {
       Visit& visit = path_.back();
       if (visit.visited == visit.object.references) {
         const Measure total = visit.total;
-        measures_[visit.object.index] = total;
+        measures_[static_cast<std::size_t>(visit.object.index)] = total;
         path_.pop_back();
         if (!path_.empty() && !add(total)) return;
       } else if (!follow(number(visit.object.start + visit.visited++ * referenceSize_, referenceSize_))) {
@@ -176,7 +181,8 @@ class BinaryGuard {
 
   bool follow(std::uint64_t index) {
     if (index >= objects_) return fail(faults::kMalformed);
-    if (measures_[index].values > 0) return add(measures_[index]);
+    const Measure& known = measures_[static_cast<std::size_t>(index)];
+    if (known.values > 0) return add(known);
     for (const Visit& visit : path_)
       if (visit.object.index == index) return fail(faults::kCycle);
     return descend(index);
