@@ -1,15 +1,23 @@
 # The folder that the system shows as one application: a bundle on macOS, an application wrapper on GNUstep.
+set(MINIMUM_MACOS 10.13)
+if(CMAKE_OSX_DEPLOYMENT_TARGET)
+  set(MINIMUM_MACOS ${CMAKE_OSX_DEPLOYMENT_TARGET})
+endif()
 configure_file(resources/Info.plist.in ${CMAKE_BINARY_DIR}/Info.plist @ONLY)
 
 if(APPLE)
   set_target_properties(BackupEngine PROPERTIES MACOSX_BUNDLE ON MACOSX_BUNDLE_INFO_PLIST ${CMAKE_BINARY_DIR}/Info.plist)
   find_program(IBTOOL ibtool REQUIRED)  # comes with Xcode
+  find_program(CODESIGN codesign REQUIRED)
+  set(SIGN_AS "-" CACHE STRING "Identity that signs the program; - for none: then what the user allows it ends with each build")
   set(resources $<TARGET_BUNDLE_CONTENT_DIR:BackupEngine>/Resources)
   set(xib ${CMAKE_SOURCE_DIR}/resources/MainMenu.xib)
   set_property(TARGET BackupEngine APPEND PROPERTY LINK_DEPENDS ${xib})
   add_custom_command(TARGET BackupEngine POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${resources}
-    COMMAND ${IBTOOL} --errors --warnings --compile ${resources}/MainMenu.nib ${xib}
+    COMMAND ${IBTOOL} --errors --warnings --minimum-deployment-target ${MINIMUM_MACOS}
+      --compile ${resources}/MainMenu.nib ${xib}
+    COMMAND ${CODESIGN} --force --sign ${SIGN_AS} $<TARGET_BUNDLE_DIR:BackupEngine>
     VERBATIM)
   return()
 endif()

@@ -61,6 +61,11 @@ struct CocoaRun {
   run_->controller.displayLogWindow();
 }
 
+// Newer systems put a warning into the log when they are not told.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+  return YES;
+}
+
 // Left by itself the application would always exit with 0.
 - (void)applicationWillTerminate:(NSNotification*)notification {
   (void)notification;

@@ -9,6 +9,9 @@ int runApplication(int argc, const char** argv) {
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   [[NSUserDefaults standardUserDefaults]
       registerDefaults:[NSDictionary dictionaryWithObject:@"NO" forKey:@"NSTreatUnknownArgumentsAsOpen"]];
+  // The system slows down what nobody looks at, and would do so to a backup. Kept until the program ends.
+  [[[NSProcessInfo processInfo] beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                  reason:@"Backup"] retain];
   [pool release];
   return NSApplicationMain(argc, argv);
 }

@@ -1,6 +1,7 @@
 #import <Foundation/Foundation.h>
 
 #include <cmath>
+#include <utility>
 
 #include "platform/cocoa/FoundationPropertyList.h"
 #include "platform/cocoa/Guard.h"

@@ -7,11 +7,11 @@ namespace corvane {
 ScreenUpdatesSuspended::ScreenUpdatesSuspended() { NSDisableScreenUpdates(); }
 ScreenUpdatesSuspended::~ScreenUpdatesSuspended() { NSEnableScreenUpdates(); }
 
-// Systems since 10.5 scale below AppKit, and may have lost the question.
+// Systems since 10.5 scale below AppKit, and may have lost the question, or only its declaration.
 Length userSpaceScaleFactor() {
   NSScreen* screen = [NSScreen mainScreen];
   if (![screen respondsToSelector:@selector(userSpaceScaleFactor)]) return 1;
-  return [screen userSpaceScaleFactor];
+  return static_cast<Length>([[screen valueForKey:@"userSpaceScaleFactor"] doubleValue]);
 }
 
 void drawAxialShading(Length* record, NSRect rect) {

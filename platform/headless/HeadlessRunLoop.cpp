@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <utility>
 
 #include "process/PipeRead.h"

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "app/Workspace.h"
 #include "platform/headless/HeadlessRunLoop.h"

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <system_error>
 
 #include "process/Utf8Decoder.h"
 
