@@ -2,7 +2,8 @@
 // installed, on mail folders that are made in FOLDER unless they are there: 2,000 * SIZE small messages and
 // as much in the other kinds. Everything is run in turns, ROUNDS times, and medians are printed; "x" is how
 // many times as fast as the first of them, and the last number is the size beside the first's. SECTION: once,
-// twice (as the backup of Apple Mail archives), cold (with an empty cache, for the superuser), growth.
+// twice (as the backup of Apple Mail archives), engine (that whole backup, with the other programs in the
+// place of ditto), cold (with an empty cache, for the superuser), growth.
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,20 +32,23 @@ struct Program {
 };
 
 constexpr Program kPrograms[] = {{"zip -6", "zip", "(cd %t && zip -6 -q -r %a .)"},
-                                 {"ditto", DITTO_PATH, "'" DITTO_PATH "' -ck %t %a"},
-                                 {"ditto, one thread", DITTO_PATH, "'" DITTO_PATH "' -ck --threads 1 %t %a"},
+                                 {"ditto", DITTO_PATH, DITTO_PATH " -ck %t %a"},
+                                 {"ditto, one thread", DITTO_PATH, DITTO_PATH " -ck --threads 1 %t %a"},
                                  {"bsdtar", "bsdtar", "bsdtar --format zip -cf %a -C %t ."},
                                  {"7z -tzip", "7z", "(cd %t && 7z a -tzip -bd %a . >/dev/null)"}};
 
+// Both are paths, quoted.
 std::string filled(std::string line, const std::string& tree, const std::string& archive) {
   const auto put = [&line](const std::string& mark, const std::string& path) {
     const auto at = line.find(mark);
-    if (at != std::string::npos) line.replace(at, mark.size(), "'" + path + "'");
+    if (at != std::string::npos) line.replace(at, mark.size(), path);
   };
   put("%t", tree);
   put("%a", archive);
   return line;
 }
+
+std::string quoted(const std::string& path) { return "'" + path + "'"; }
 
 class Bench {
  public:
@@ -53,6 +57,7 @@ class Bench {
 
   void once() const;
   void twice() const;
+  void engine() const;
   void cold() const;
   void growth() const;
 
@@ -94,7 +99,7 @@ void Bench::once() const {
   for (const Kind& kind : kKinds) {
     const std::string path = tree(kind);
     std::printf("%s, one archive:\n", kind.name);
-    compare(contestants(path, product_), product_, rounds_);
+    compare(contestants(quoted(path), quoted(product_)), product_, rounds_);
   }
 }
 
@@ -102,8 +107,8 @@ void Bench::once() const {
 void Bench::twice() const {
   for (const Kind& kind : kKinds) {
     const std::string stage = folder_ + "/stage";
-    auto both = contestants(tree(kind), stage + "/Mail/Mail.zip");
-    const auto second = contestants(stage, product_);
+    auto both = contestants(quoted(tree(kind)), quoted(stage + "/Mail/Mail.zip"));
+    const auto second = contestants(quoted(stage), quoted(product_));
     for (std::size_t i = 0; i < both.size(); ++i) {
       both[i].line = "rm -rf '" + stage + "'; mkdir -p '" + stage + "/Mail' && " + both[i].line + " && " +
                      second[i].line;
@@ -113,6 +118,24 @@ void Bench::twice() const {
   }
 }
 
+void Bench::engine() const {
+  const std::string home = folder_ + "/home";
+  for (const Kind& kind : kKinds) {
+    const Cost copied = run("rm -rf '" + home + "'; mkdir -p '" + home + "/Library' && cp -R '" + tree(kind) +
+                                "' '" + home + "/Library/Mail'",
+                            product_);
+    if (!copied.succeeded) std::exit(EXIT_FAILURE);
+    auto all = contestants("%t", "%a");
+    for (Contestant& contestant : all) {
+      contestant.line =
+          "'" ENGINE_RUN "' '" ENGINE_PATH "' '" + home + "' '" + product_ + "' '" + contestant.line + "'";
+    }
+    std::printf("%s, a run of the engine:\n", kind.name);
+    compare(all, product_, rounds_);
+  }
+  static_cast<void>(run("rm -rf '" + home + "'", product_));
+}
+
 void Bench::cold() const {
   if (::access("/proc/sys/vm/drop_caches", W_OK) != 0) {
     std::printf("cold cache: only the superuser can empty it\n");
@@ -120,7 +143,7 @@ void Bench::cold() const {
   }
   const std::string path = tree(kKinds[0]);
   const std::string copy = folder_ + "/copy";
-  auto all = contestants(path, product_);
+  auto all = contestants(quoted(path), quoted(product_));
   all.insert(all.begin(), {"cp -r", "cp -r '" + path + "' '" + copy + "'", {}});
   for (Contestant& contestant : all) contestant.line += " && sync -f '" + folder_ + "'";
   std::printf("%s, with an empty cache:\n", kKinds[0].name);
@@ -160,13 +183,13 @@ void Bench::growth() const {
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::fprintf(stderr, "usage: archive-bench FOLDER [SIZE [ROUNDS [once|twice|cold|growth...]]]\n");
+    std::fprintf(stderr, "usage: archive-bench FOLDER [SIZE [ROUNDS [once|twice|engine|cold|growth...]]]\n");
     return EXIT_FAILURE;
   }
   const int size = argc > 2 ? std::atoi(argv[2]) : 10;
   const int rounds = argc > 3 ? std::atoi(argv[3]) : 5;
   std::vector<std::string> sections(argv + std::min(argc, 4), argv + argc);
-  if (sections.empty()) sections = {"once", "twice", "cold", "growth"};
+  if (sections.empty()) sections = {"once", "twice", "engine", "cold", "growth"};
   ::mkdir(argv[1], S_IRWXU);
   char* const folder = ::realpath(argv[1], nullptr);
   if (!folder || size < 1 || rounds < 1) return EXIT_FAILURE;
@@ -177,6 +200,7 @@ int main(int argc, char** argv) {
   };
   if (isWanted("once")) bench.once();
   if (isWanted("twice")) bench.twice();
+  if (isWanted("engine")) bench.engine();
   if (isWanted("cold")) bench.cold();
   if (isWanted("growth")) bench.growth();
   return EXIT_SUCCESS;

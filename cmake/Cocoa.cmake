@@ -1,5 +1,14 @@
 # The target `cocoa`: Cocoa on macOS, GNUstep (the same frameworks) elsewhere, for Objective-C++ sources.
 # `foundation` is the same without AppKit.
+
+# GNUstep's Objective-C is GCC's: exceptions do not cross code of another compiler.
+if(NOT APPLE)
+  find_program(CMAKE_OBJC_COMPILER gcc REQUIRED)
+  find_program(CMAKE_OBJCXX_COMPILER g++ REQUIRED)
+endif()
+enable_language(OBJC)
+enable_language(OBJCXX)
+
 add_library(cocoa INTERFACE)
 add_library(foundation INTERFACE)
 # Names the source file of each pair in platform/cocoa that holds for this system.
