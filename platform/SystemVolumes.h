@@ -1,8 +1,9 @@
 // The machine's file systems. One source file per system. Thread: main.
 //
-// On Linux a volume is mounted by the system's helper for its protocol, and stands there when it can be listed
-// and is another file system than the folder above it; an empty folder that an unmounted volume left behind
-// does not count. A server that does not answer is given up: see platform/mount/ServerMount.h for the times.
+// On Linux a volume is mounted by the system's helper for its protocol, and stands there when it can be
+// listed and is another file system than the folder above it; an empty folder that an unmounted volume left
+// behind does not count. A server that does not answer is given up: see platform/mount/ServerMount.h for the
+// times.
 #pragma once
 
 #include "app/Volumes.h"

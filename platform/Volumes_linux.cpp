@@ -21,7 +21,7 @@ MountOutcome SystemVolumes::mountServer(const ServerVolume& volume) {
 std::optional<std::string> SystemVolumes::findOriginalFromAlias(const std::string& path) {
   const std::unique_ptr<char, void (*)(void*)> original(::realpath(path.c_str(), nullptr), std::free);
   if (!original) return std::nullopt;
-  return original.get();
+  return std::string(original.get());
 }
 
 }  // namespace corvane

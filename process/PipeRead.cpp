@@ -9,7 +9,7 @@ namespace {
 
 // More than the 64 KiB that a pipe holds by default: one read empties it, and since writers put short lines
 // in whole, none of them is cut in two.
-constexpr std::size_t kReadSize = 256 * 1024;
+constexpr std::size_t kReadSize = std::size_t{256} * 1024;
 
 }  // namespace
 

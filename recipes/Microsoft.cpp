@@ -58,14 +58,14 @@ const IdentityFolders kEntourageXFolders = {{
 
 std::string shellScriptForEntourage(const RecipeContext& context, std::string script,
                                     const std::string& destination) {
-  return addSection(context, std::move(script), destination,
-                    R"(	echo "Backing up Entourage Database...")");
+  constexpr std::string_view kAnnouncement = R"(	echo "Backing up Entourage Database...")";
+  return addSection(context, std::move(script), destination, kAnnouncement);
 }
 
 std::string shellScriptForOutlook(const RecipeContext& context, std::string script,
                                   const std::string& destination) {
-  return addSection(context, std::move(script), destination,
-                    R"(	echo "Backing up Outlook Database...")");
+  constexpr std::string_view kAnnouncement = R"(	echo "Backing up Outlook Database...")";
+  return addSection(context, std::move(script), destination, kAnnouncement);
 }
 
 }  // namespace corvane
