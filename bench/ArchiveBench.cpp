@@ -74,7 +74,7 @@ class Bench {
 };
 
 std::string Bench::tree(const Kind& kind) const {
-  const std::string path = folder_ + "/" + kind.name + std::to_string(size_);
+  std::string path = folder_ + "/" + kind.name + std::to_string(size_);
   if (::access(path.c_str(), F_OK) != 0) {
     const Cost cost =
         run("'" MAKER_PATH "' '" + path + "' " + std::to_string(kind.messages * size_) + " 1 " + kind.name,
@@ -154,11 +154,11 @@ void Bench::cold() const {
 
 void Bench::grow(const char* what, const std::string& make, const std::vector<long>& sizes) const {
   const std::string path = folder_ + "/grown";
+  const std::string remake = "rm -rf '" + path + "'; mkdir '" + path + "' && cd '" + path + "' && ";
   for (const long size : sizes) {
     std::string line = make;
     line.replace(line.find("%n"), 2, std::to_string(size));
-    const Cost made =
-        run("rm -rf '" + path + "'; mkdir '" + path + "' && cd '" + path + "' && " + line, product_);
+    const Cost made = run(remake + line, product_);
     if (!made.succeeded) std::exit(EXIT_FAILURE);
     const Cost cost = run("'" DITTO_PATH "' -ck '" + path + "' '" + product_ + "'", product_);
     std::printf("  %8ld %s %8.2f s   cpu %8.2f s   %6.1f MiB   %9.2f MB%s\n", size, what, cost.wall, cost.cpu,
