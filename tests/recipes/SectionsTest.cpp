@@ -70,7 +70,7 @@ TEST_F(SectionsTest, AreByteForByteTheGoldenOnes) {
   for (const auto& row : kSections) {
     for (const bool automount : {false, true}) {
       record.useAutomount = automount;
-      EXPECT_TRUE(sameText(golden(row, row.golden), section(row))) << row.golden << automount;
+      EXPECT_EQ(section(row), golden(row, row.golden)) << automount;
     }
   }
 }
@@ -113,7 +113,7 @@ TEST_F(SectionsTest, ArchiveWhatAnAliasStandsFor) {
     host.originals = {{stored, original}};
     std::string expected = golden(row, row.golden);
     expected.replace(expected.find(stored), stored.size(), original);
-    EXPECT_TRUE(sameText(expected, section(row))) << row.client;
+    EXPECT_EQ(section(row), expected);
     EXPECT_EQ(record.contentsLocation, stored + "/Contents.plist");  // written through the alias
   }
 }
@@ -136,8 +136,8 @@ TEST_F(SectionsTest, AppleMailOfOlderSystemsHasMoreFolders) {
     facts.appKitVersion = row.appKitVersion;
     host.filled = {kLibrary + (row.attachments ? "/Mail Downloads" : "/Mail")};
     const Section mail{"Apple Mail", "", row.withAddressBook ? "Mail+AB" : "Mail", "", row.withAddressBook};
-    EXPECT_TRUE(sameText(golden(mail, row.golden), section(mail)));
-    EXPECT_TRUE(sameText(golden(mail, row.golden + "-relaunch"), section(mail, true)));
+    EXPECT_EQ(section(mail), golden(mail, row.golden));
+    EXPECT_EQ(section(mail, true), golden(mail, row.golden + "-relaunch"));
   }
 }
 

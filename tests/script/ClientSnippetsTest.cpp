@@ -40,7 +40,7 @@ TEST(ClientSnippets, QuitTheAddressBookWhateverTheClient) {
     auto record = defaultRecord();
     record.quitEntourage = false;
     const Client* client = findClient(clientTable(), row.client, true);
-    EXPECT_TRUE(sameText(expected, addAppleScriptTo("so far\n", client, row.isHeader, true, record, facts)))
+    EXPECT_EQ(addAppleScriptTo("so far\n", client, row.isHeader, true, record, facts), expected)
         << row.client << " on " << row.minorSystemVersion;
   }
 }

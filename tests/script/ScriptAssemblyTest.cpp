@@ -57,8 +57,7 @@ TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
   for (const auto& row : rows) {
     record = defaultRecord();
     record.useAutomount = row.useAutomount;
-    EXPECT_TRUE(sameText(readGolden(std::string("scripts/") + row.golden), assemble(row.options)))
-        << row.golden;
+    EXPECT_EQ(assemble(row.options), readGolden(std::string("scripts/") + row.golden)) << row.golden;
     EXPECT_EQ(record.progressMaximum, row.progressMaximum) << row.golden;
   }
 }

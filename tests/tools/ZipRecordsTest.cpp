@@ -5,12 +5,14 @@
 namespace corvane::ditto {
 namespace {
 
-std::string hex(Bytes bytes) {
+// Their digits, field by field, with a blank after each.
+void expectFields(Bytes bytes, std::string fields) {
   std::string text;
   for (const unsigned byte : bytes) {
     for (const unsigned digit : {byte >> 4, byte & 15}) text += "0123456789abcdef"[digit];
   }
-  return text;
+  std::erase(fields, ' ');
+  EXPECT_EQ(text, fields);
 }
 
 // A time that neither form holds leaves its field out of the record, and is the end of 2107 in the other.
@@ -31,74 +33,22 @@ TEST(ZipRecordsTest, HoldNumbersOfSixtyFourBits) {
   ZipEntry entry = entryOf(0x123456789);
   Buffer local;
   appendLocalHeader(entry, local);
-  EXPECT_EQ(hex(local.bytes()),
-            "504b0304"
-            "2d00"
-            "0000"
-            "0800"
-            "7dbf"
-            "9fff"
-            "04030201"
-            "ffffffff"
-            "ffffffff"
-            "0100"
-            "1400"
-            "6e"
-            "0100"
-            "1000"
-            "8967452301000000"
-            "0500000000000000");
+  expectFields(local.bytes(),
+               "504b0304 2d00 0000 0800 7dbf 9fff 04030201 ffffffff ffffffff 0100 1400 6e 0100 1000 "
+               "8967452301000000 0500000000000000 ");
   entry.offset = 0x100000000;
   Buffer record;
   appendDirectoryRecord(entry, record);
-  EXPECT_EQ(hex(record.bytes()),
-            "504b0102"
-            "2d03"
-            "2d00"
-            "0000"
-            "0800"
-            "7dbf"
-            "9fff"
-            "04030201"
-            "05000000"
-            "ffffffff"
-            "0100"
-            "1400"
-            "0000"
-            "0000"
-            "0000"
-            "0000a081"
-            "ffffffff"
-            "6e"
-            "0100"
-            "1000"
-            "8967452301000000"
-            "0000000001000000");
+  expectFields(record.bytes(),
+               "504b0102 2d03 2d00 0000 0800 7dbf 9fff 04030201 05000000 ffffffff 0100 1400 0000 0000 0000 "
+               "0000a081 ffffffff 6e 0100 1000 8967452301000000 0000000001000000 ");
   Buffer end;
   appendEnd({3, 0x100000000, 0x200}, end);
-  EXPECT_EQ(hex(end.bytes()),
-            "504b0606"
-            "2c00000000000000"
-            "2d03"
-            "2d00"
-            "00000000"
-            "00000000"
-            "0300000000000000"
-            "0300000000000000"
-            "0002000000000000"
-            "0000000001000000"
-            "504b0607"
-            "00000000"
-            "0002000001000000"
-            "01000000"
-            "504b0506"
-            "0000"
-            "0000"
-            "0300"
-            "0300"
-            "00020000"
-            "ffffffff"
-            "0000");
+  expectFields(end.bytes(),
+               "504b0606 2c00000000000000 2d03 2d00 00000000 00000000 0300000000000000 0300000000000000 "
+               "0002000000000000 0000000001000000 "
+               "504b0607 00000000 0002000001000000 01000000 "
+               "504b0506 0000 0000 0300 0300 00020000 ffffffff 0000 ");
 }
 
 TEST(ZipRecordsTest, StayInTheSmallFormAsLongAsItHoldsThem) {
@@ -106,36 +56,12 @@ TEST(ZipRecordsTest, StayInTheSmallFormAsLongAsItHoldsThem) {
   entry.offset = 0xfffffffe;
   Buffer record;
   appendDirectoryRecord(entry, record);
-  EXPECT_EQ(hex(record.bytes()),
-            "504b0102"
-            "2d03"
-            "1400"
-            "0000"
-            "0800"
-            "7dbf"
-            "9fff"
-            "04030201"
-            "05000000"
-            "09000000"
-            "0100"
-            "0000"
-            "0000"
-            "0000"
-            "0000"
-            "0000a081"
-            "feffffff"
-            "6e");
+  expectFields(record.bytes(),
+               "504b0102 2d03 1400 0000 0800 7dbf 9fff 04030201 05000000 09000000 0100 0000 0000 0000 0000 "
+               "0000a081 feffffff 6e ");
   Buffer end;
   appendEnd({0xfffe, 1, 2}, end);
-  EXPECT_EQ(hex(end.bytes()),
-            "504b0506"
-            "0000"
-            "0000"
-            "feff"
-            "feff"
-            "02000000"
-            "01000000"
-            "0000");
+  expectFields(end.bytes(), "504b0506 0000 0000 feff feff 02000000 01000000 0000 ");
 }
 
 TEST(ZipRecordsTest, OnlyWhatDoesNotFitIsInTheLargeForm) {
