@@ -41,10 +41,7 @@ class RecordingPorts : public StatusDisplay,
   void showFailure() override { note("show failure"); }
   void awaitDismissal(std::function<void()> /*dismiss*/) override { note("await user"); }
   [[nodiscard]] double opacity() const override { return opacity_; }
-  void setOpacity(double opacity) override {
-    opacity_ = opacity;
-    ++fadeSteps;
-  }
+  void setOpacity(double opacity) override { opacity_ = opacity; }
   void close() override { note("close"); }
 
   void launchApplication(const std::string& name) override { note("launch", name); }
@@ -61,7 +58,6 @@ class RecordingPorts : public StatusDisplay,
   void moveToTrash(const std::string& folder) override { note("trash", folder); }
   void terminate(int status) override { note("terminate", std::to_string(status)); }
 
-  int fadeSteps = 0;
   std::vector<Alert> alerts;
   std::size_t answer = 1;  ///< which button the user presses
 
@@ -109,16 +105,16 @@ class ManualRunLoop : public RunLoop {
   double interval = 0;
 
  private:
-  template <typename Callback>
   struct Held : Source {
-    explicit Held(std::shared_ptr<Callback> held) : callback(std::move(held)) {}
-    std::shared_ptr<Callback> callback;
+    std::shared_ptr<void> callback;
   };
   template <typename Callback>
   static std::unique_ptr<Source> install(std::weak_ptr<Callback>& slot, Callback callback) {
+    auto source = std::make_unique<Held>();
     auto held = std::make_shared<Callback>(std::move(callback));
     slot = held;
-    return std::make_unique<Held<Callback>>(std::move(held));
+    source->callback = std::move(held);
+    return source;
   }
 
   std::weak_ptr<std::function<void()>> timer_;

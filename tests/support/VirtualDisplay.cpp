@@ -1,10 +1,11 @@
 #include "tests/support/VirtualDisplay.h"
 
-#include <poll.h>
+#include <fcntl.h>
 #include <unistd.h>
-#include <chrono>
+#include <cstdlib>
 
 #include "process/Spawn.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/WaitFor.h"
 #include "tests/support/XScreen.h"
 
@@ -23,35 +24,19 @@ std::unique_ptr<ChildProcess> start(const std::vector<std::string>& program, int
   return spawned.pid < 0 ? nullptr : std::make_unique<ChildProcess>(spawned.pid);
 }
 
-// What arrives at `descriptor` up to the end of a line, of the data, or of our patience.
-std::string readLine(int descriptor) {
-  std::string line;
-  const auto limit = std::chrono::steady_clock::now() + patience;
-  while (!line.ends_with('\n')) {
-    const auto left = limit - std::chrono::steady_clock::now();
-    pollfd ready{descriptor, POLLIN, 0};
-    char byte = 0;
-    const auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(left).count();
-    if (wait <= 0 || ::poll(&ready, 1, static_cast<int>(wait)) != 1 || ::read(descriptor, &byte, 1) != 1) {
-      return {};
-    }
-    line += byte;
-  }
-  line.pop_back();
-  return line;
-}
-
 }  // namespace
 
 VirtualDisplay::VirtualDisplay(int width, int height) {
-  Pipe number;
+  const ScratchFolder folder;
+  const int output = ::open(folder.write("number", "").c_str(), O_WRONLY | O_CLOEXEC);
   const auto size = std::to_string(width) + "x" + std::to_string(height) + "x24";
-  server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"},
-                  number.writeEnd, problem_);
-  number.closeWriteEnd();
+  server_ = start({"Xvfb", "-displayfd", "1", "-screen", "0", size, "-nolisten", "tcp", "-noreset"}, output,
+                  problem_);
+  ::close(output);
   if (!server_) return;
-  name_ = ":" + readLine(number.readEnd);
-  if (name_.size() == 1) problem_ = "Xvfb did not tell its display";
+  if (!waitFor([&] { return folder.read("number").ends_with('\n'); }, patience))
+    problem_ = "no display was told";
+  name_ = ":" + std::to_string(std::atoi(folder.read("number").c_str()));
 }
 
 bool VirtualDisplay::startCompositor() {

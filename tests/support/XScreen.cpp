@@ -3,7 +3,9 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 namespace corvane {
 namespace {
@@ -66,6 +68,13 @@ void XScreen::moveMouse(int x, int y) {
 void XScreen::pressMouse(bool down) {
   XTestFakeButtonEvent(display_.get(), 1, down ? True : False, CurrentTime);
   XSync(display_.get(), False);
+}
+
+void XScreen::click(int x, int y) {
+  moveMouse(x, y);
+  pressMouse(true);
+  std::this_thread::sleep_for(std::chrono::milliseconds(150));
+  pressMouse(false);
 }
 
 bool XScreen::mouseIsOverWindow() const {

@@ -33,6 +33,8 @@ class XScreen {
 
   void moveMouse(int x, int y);
   void pressMouse(bool down);
+  /// Presses and lets go at a place. As long as a finger takes: shorter presses may come as one event.
+  void click(int x, int y);
   /// Whether a window would get its presses, and not the empty screen.
   [[nodiscard]] bool mouseIsOverWindow() const;
   /// Presses and releases a key, by its number among X's key symbols.

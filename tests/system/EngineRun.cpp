@@ -2,16 +2,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <system_error>
 
 #include "process/Files.h"
 #include "process/RunTool.h"
@@ -39,30 +34,6 @@ long peakMemoryOf(pid_t pid) {
 }
 
 }  // namespace
-
-void writeTestFile(const std::string& path, const std::string& bytes) {
-  makeFolders(path.substr(0, path.find_last_of('/')));
-  std::ofstream file(path, std::ios::binary);
-  file << bytes;
-  ASSERT_TRUE(file.flush()) << path;
-}
-
-std::string readTestFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
-
-std::vector<std::string> namesIn(const std::string& folder) {
-  std::vector<std::string> names;
-  std::error_code missing;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, missing)) {
-    names.push_back(entry.path().filename());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 std::string xmlPropertyList(const std::string& entries) {
   return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>" + entries +
@@ -95,9 +66,13 @@ void EngineRun::configureMail() {
 }
 
 void EngineRun::installTool(const std::string& name, const std::string& script) {
-  const std::string path = home() + "/bin/" + name;
-  writeTestFile(path, "#!/bin/sh\n" + script);
-  ASSERT_EQ(::chmod(path.c_str(), 0755), 0);
+  home_.writeScript("bin/" + name, script);
+}
+
+pid_t EngineRun::toolsProcess() const {
+  EXPECT_TRUE(
+      waitFor([this] { return readTestFile(home() + "/pid").ends_with('\n'); }, std::chrono::seconds(20)));
+  return std::atoi(readTestFile(home() + "/pid").c_str());
 }
 
 std::unique_ptr<ChildProcess> EngineRun::launch(std::vector<std::string> words, const std::string& display,

@@ -42,6 +42,9 @@ class EngineRun {
   /// Puts a command of that name before all others on the engine's PATH.
   void installTool(const std::string& name, const std::string& script);
 
+  /// The process of a tool that writes it, and a line's end, to "pid" in the home folder.
+  [[nodiscard]] pid_t toolsProcess() const;
+
   /// Has the engine started by another program, of that absolute path and with those arguments before its
   /// own.
   void startUnder(std::vector<std::string> starter) { starter_ = std::move(starter); }
@@ -83,12 +86,6 @@ class EngineRun {
   std::optional<int> status_;
 };
 
-/// Writes a whole file; the test fails when that cannot be done.
-void writeTestFile(const std::string& path, const std::string& bytes);
-/// A whole file; empty when it cannot be read.
-[[nodiscard]] std::string readTestFile(const std::string& path);
-/// The names of what is in a folder, hidden ones too, sorted; none when there is no such folder.
-[[nodiscard]] std::vector<std::string> namesIn(const std::string& folder);
 /// An XML property list around the entries of its root dictionary.
 [[nodiscard]] std::string xmlPropertyList(const std::string& entries);
 

@@ -8,7 +8,6 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <csignal>
 #include <set>
 #include <thread>
@@ -30,43 +29,6 @@ using testing::Not;
 constexpr std::chrono::seconds kLong{100};
 constexpr const char* kCanary = "Kanarienvogel, \"7\" $HOME";
 constexpr const char* kXmlCanary = "Kanarienvogel, &quot;7&quot; $HOME";
-
-/// Reads the arguments and the environment of every process but one, over and over.
-class ProcessSampler {
- public:
-  explicit ProcessSampler(pid_t except)
-      : except_(std::to_string(except)), thread_([this] { sampleUntilStopped(); }) {}
-  ~ProcessSampler() { stop(); }
-  ProcessSampler(const ProcessSampler&) = delete;
-  ProcessSampler& operator=(const ProcessSampler&) = delete;
-  void stop() {
-    stop_ = true;
-    if (thread_.joinable()) thread_.join();
-  }
-
-  std::set<std::string> programs;   ///< all that were seen
-  std::set<std::string> betrayers;  ///< those that showed the canary
-
- private:
-  void sampleUntilStopped() {
-    while (!stop_) {
-      for (const auto& entry : namesIn("/proc")) {
-        if (entry.front() <= '9' && entry != except_) sample("/proc/" + entry);
-      }
-    }
-  }
-  void sample(const std::string& process) {
-    const std::string arguments = readTestFile(process + "/cmdline");
-    const std::string name = arguments.substr(0, arguments.find('\0'));
-    programs.insert(name.substr(name.find_last_of('/') + 1));
-    const std::string all = arguments + readTestFile(process + "/environ");
-    if (all.find("Kanarienvogel") != std::string::npos) betrayers.insert(name);
-  }
-
-  const std::string except_;
-  std::atomic<bool> stop_ = false;
-  std::thread thread_;
-};
 
 class ServerRunTest : public testing::Test {
  protected:
@@ -122,15 +84,15 @@ class ServerRunTest : public testing::Test {
   }
 
   void configure(const std::string& protocol, const std::string& address, const std::string& password,
-                 const std::string& more = "<key>Clients</key><array><string>Apple Mail</string></array>") {
-    const auto entry = [](const std::string& key, const std::string& value) {
-      return "<key>" + key + "</key><string>" + value + "</string>";
-    };
+                 const std::string& clients = "Apple Mail", const std::string& more = "") {
     writeTestFile(
         engine.configuration(),
-        xmlPropertyList(entry("Destination", folder()) + "<key>Automount</key><dict>" +
-                        entry("Server", address) + entry("Path", name) + entry("Protocol", protocol) +
-                        entry("Username", "anna") + entry("Password", password) + "</dict>" + more));
+        xmlPropertyList(
+            "<key>Destination</key><string>" + folder() + "</string><key>Clients</key><array><string>" +
+            clients + "</string></array>" + more + "<key>Automount</key><dict><key>Server</key><string>" +
+            address + "</string><key>Path</key><string>" + name + "</string><key>Protocol</key><string>" +
+            protocol + "</string><key>Username</key><string>anna</string><key>Password</key><string>" +
+            password + "</string></dict>"));
   }
 
   void run(int status) {
@@ -142,11 +104,8 @@ class ServerRunTest : public testing::Test {
   // The server itself takes a moment to put away what it was sent.
   void expectArchiveOf(const std::string& client) const {
     const std::string archive = client + "-" + tag + ".qvb";
-    EXPECT_TRUE(waitFor(
-        [&] {
-          return runTool({"/usr/bin/unzip", "-tq", shared() + "/" + archive}).status == 0;
-        },
-        kLong));
+    const std::vector<std::string> check{"/usr/bin/unzip", "-tq", shared() + "/" + archive};
+    EXPECT_TRUE(waitFor([&] { return runTool(check).status == 0; }, kLong));
     EXPECT_TRUE(waitFor([&] { return removeFile(folder() + "/" + archive); }, kLong));
     EXPECT_FALSE(fileExists("/tmp/" + archive));
   }
@@ -184,12 +143,25 @@ class ProtocolRunTest : public ServerRunTest, public testing::WithParamInterface
 TEST_P(ProtocolRunTest, TheArchiveArrivesAndThePasswordIsShownNowhere) {
   ASSERT_NO_FATAL_FAILURE(serve(GetParam().server));
   configure(GetParam().name, host, kXmlCanary);
-  ProcessSampler sampler(serverPid);
+  // All programs that were seen, and those that showed the canary in their arguments or environment.
+  std::set<std::string> programs, betrayers;
+  std::jthread sampler([&](const std::stop_token& stop) {
+    while (!stop.stop_requested()) {
+      for (const auto& entry : namesIn("/proc")) {
+        if (entry.front() > '9' || entry == std::to_string(serverPid)) continue;
+        const std::string arguments = readTestFile("/proc/" + entry + "/cmdline");
+        const std::string program = arguments.substr(0, arguments.find('\0'));
+        programs.insert(program.substr(program.find_last_of('/') + 1));
+        const std::string all = arguments + readTestFile("/proc/" + entry + "/environ");
+        if (all.find("Kanarienvogel") != std::string::npos) betrayers.insert(program);
+      }
+    }
+  });
   run(0);
-  sampler.stop();
-  EXPECT_THAT(sampler.betrayers, ElementsAre());
-  EXPECT_THAT(sampler.programs,
-              AllOf(testing::Contains("BackupEngine"), testing::Contains(GetParam().helper)));
+  sampler.request_stop();
+  sampler.join();
+  EXPECT_THAT(betrayers, ElementsAre());
+  EXPECT_THAT(programs, AllOf(testing::Contains("BackupEngine"), testing::Contains(GetParam().helper)));
   const std::string url = GetParam().name + ("://" + host) + "/" + escapedName;
   EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Mounting Server Volume...\n"),
                                   HasSubstr("] Sync-mounted server " + url + ", user == anna, refNum == "),
@@ -263,11 +235,10 @@ TEST_F(ServerRunTest, AServerThatStopsInTheMiddleHoldsNothingUp) {
 
 TEST_F(ServerRunTest, EveryKindOfClientReachesAServerThatWasLost) {
   ASSERT_NO_FATAL_FAILURE(serve("sftp"));
-  configure(
-      "sftp", host, kXmlCanary,
-      "<key>Clients</key><array><string>Apple Mail</string><string>Microsoft Outlook 2011</string>"
-      "<string>Thunderbird</string><string>GyazMail</string></array><key>Backup Address Book</key><true/>"
-      "<key>Number Of Backups</key><integer>1</integer>");
+  configure("sftp", host, kXmlCanary,
+            "Apple Mail</string><string>Microsoft Outlook 2011</string><string>Thunderbird</string>"
+            "<string>GyazMail",
+            "<key>Backup Address Book</key><true/><key>Number Of Backups</key><integer>1</integer>");
   for (const char* file : {"Library/Application Support/AddressBook/cards", "Library/Thunderbird/inbox",
                            "Documents/Microsoft User Data/Office 2011 Identities/inbox",
                            "Library/Preferences/jp.gyazsquare.GyazMail.plist"}) {

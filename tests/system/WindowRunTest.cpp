@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <X11/keysym.h>
-#include <fcntl.h>
-#include <unistd.h>
 #include <csignal>
+#include <functional>
 
 #include "process/Files.h"
+#include "tests/support/PrivateCrontab.h"
 #include "tests/support/VirtualDisplay.h"
 #include "tests/support/WaitFor.h"
 #include "tests/support/XScreen.h"
@@ -17,6 +17,8 @@
 namespace corvane {
 namespace {
 
+using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 using namespace std::chrono_literals;
@@ -24,44 +26,41 @@ using namespace std::chrono_literals;
 // The window is attached to (10, 100): its body begins 18 points to the right and 18 points below, the
 // arrow's strip and inset, and the view 2 points inside it. Both buttons are 22 points above the view's lower
 // edge.
-struct Button {
-  int x;
-  int fromBottom;
+struct Place {
+  int x, y;
 };
-constexpr Button kCancel{10 + 18 + 316, 100 - 18 + 2 + 22};
-constexpr Button kOpenLog{10 + 18 + 216, 100 - 18 + 2 + 22};
+constexpr Place kCancel{10 + 18 + 316, 100 - 18 + 2 + 22}, kOpenLog{10 + 18 + 216, 100 - 18 + 2 + 22};
 
 // Between the border of its body and its view nothing is drawn but the window's own grey.
-constexpr int kBodyX = 34;
-constexpr int kBodyY = 88;
-constexpr Button kBody{kBodyX, kBodyY};
+constexpr Place kBody{34, 88};
 constexpr int kEmpty = 128;  // the grey of a screen as the compositor paints it
 
 class WindowRunTest : public testing::Test {
  protected:
   WindowRunTest() : screen(display.name()) {}
 
-  // As long as a finger takes: shorter presses may reach the program as one event.
-  void press(Button button) {
-    screen.moveMouse(button.x, button.fromBottom);
-    screen.pressMouse(true);
-    std::this_thread::sleep_for(150ms);
-    screen.pressMouse(false);
+  // Presses until `hasNoticed`: the first press may come before the window is served.
+  void pressUntil(Place button, const std::function<bool()>& hasNoticed) {
+    int attempts = 10;
+    do {
+      screen.click(button.x, button.y);
+    } while (!hasNoticed() && --attempts > 0);
+    EXPECT_GT(attempts, 0);
   }
-
-  // Presses until the engine has noticed: the first press may come before the window is served.
-  [[nodiscard]] bool pressUntilLogged(Button button, const std::string& text) {
-    for (int attempt = 0; attempt < 10; ++attempt) {
-      press(button);
-      if (engine.logs(text, 2s)) return true;
-    }
-    return false;
+  void pressUntilEnd(Place button, int status) {
+    pressUntil(button, [&] { return engine.exitStatus(2s) == status; });
   }
-
-  // A `ditto` that says where it is, never ends and leaves its process id behind.
-  void installEndlessDitto() {
-    engine.installTool("ditto", "case $1 in -c*) echo " + kLongStatus +
-                                    "; echo $$ > \"$HOME/ditto.pid\"; exec sleep 1000;; esac\n");
+  void pressUntilLogged(Place button, const char* text) {
+    pressUntil(button, [&] { return engine.logs(text, 2s); });
+  }
+  [[nodiscard]] Pixel pixel(Place place) const { return screen.pixel(place.x, place.y); }
+  // The window waits for its user.
+  void failAndWait() {
+    engine.configureMail();
+    engine.installTool("ditto", "exit 1\n");
+    engine.start(display.name());
+    ASSERT_TRUE(engine.logs("] Cleaning up after failed Backup\n"));
+    ASSERT_FALSE(engine.exitStatus(1s));
   }
 
   // Whether there is writing between two columns in the line of the status, which is 44 to 60 points above
@@ -72,8 +71,6 @@ class WindowRunTest : public testing::Test {
     }
     return false;
   }
-  const std::string kLongStatus =
-      "Copying /Users/anna/Library/Mail/V9/MailData/Archive.mbox/Attachments/Holidays/Photographs.zip";
 
   VirtualDisplay display;
   XScreen screen;
@@ -84,14 +81,14 @@ TEST_F(WindowRunTest, ASuccessfulRunFadesOutByItself) {
   ASSERT_TRUE(display.startCompositor());
   engine.configureMail();
   engine.start(display.name());
-  ASSERT_TRUE(waitFor([&] { return screen.pixel(kBodyX, kBodyY).red > 220; }, 20s));
+  ASSERT_TRUE(waitFor([&] { return pixel(kBody).red > 220; }, 20s));
   const auto fading = [&] {
-    const int grey = screen.pixel(kBodyX, kBodyY).red;
+    const int grey = pixel(kBody).red;
     return grey < 200 && grey > kEmpty + 10;
   };
   EXPECT_TRUE(waitFor(fading, 20s));
   EXPECT_EQ(engine.exitStatus(), 0);
-  EXPECT_EQ(screen.pixel(kBodyX, kBodyY).red, kEmpty);
+  EXPECT_EQ(pixel(kBody).red, kEmpty);
   EXPECT_THAT(engine.log(), HasSubstr(": Backup completed successfully.\n"));
   EXPECT_EQ(engine.output(), "");
 }
@@ -99,18 +96,18 @@ TEST_F(WindowRunTest, ASuccessfulRunFadesOutByItself) {
 TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
   ASSERT_TRUE(display.startCompositor());
   engine.configureMail();
-  installEndlessDitto();
+  engine.installTool("ditto", R"(case $1 in -c*) echo $$ >"$HOME/pid"
+echo Copying /Users/anna/Library/Mail/V9/MailData/Archive.mbox/Attachments/Holidays/Photographs.zip
+exec sleep 1000;; esac
+)");
   engine.listen();
   engine.start(display.name());
-  const std::string pidFile = engine.home() + "/ditto.pid";
-  ASSERT_TRUE(waitFor([&] { return readTestFile(pidFile).ends_with('\n'); }, 20s));
-  const pid_t ditto = std::stoi(readTestFile(pidFile));
-
+  const pid_t ditto = engine.toolsProcess();
   // The field of the status ends 362 points from the view's left edge, and the view after 380.
   EXPECT_TRUE(waitFor([this] { return isWrittenBetween(28 + 346, 28 + 362); })) << "it is to use its room";
   EXPECT_FALSE(isWrittenBetween(28 + 362, 28 + 380));
   EXPECT_TRUE(screen.save("running"));
-  EXPECT_TRUE(pressUntilLogged(kCancel, "] User: Cancelling Backup\n"));
+  pressUntilLogged(kCancel, "] User: Cancelling Backup\n");
   EXPECT_EQ(engine.exitStatus(), 1);
   EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, 5s));
   EXPECT_TRUE(waitFor([this] { return engine.announcements() == 2; }, 5s));
@@ -119,35 +116,22 @@ TEST_F(WindowRunTest, CancelEndsAllThatTheScriptStarted) {
   EXPECT_FALSE(fileExists(engine.support() + "/.corvane.sh"));
 }
 
-class FailedRunTest : public WindowRunTest {
- protected:
-  void failAndWait() {
-    engine.configureMail();
-    engine.installTool("ditto", "exit 1\n");
-    engine.start(display.name());
-    ASSERT_TRUE(engine.logs("] Cleaning up after failed Backup\n"));
-    ASSERT_FALSE(engine.exitStatus(1s)) << "the window must wait for its user";
-  }
-};
-
-TEST_F(FailedRunTest, CancelLeavesIt) {
+TEST_F(WindowRunTest, CancelLeavesAFailedRun) {
   ASSERT_TRUE(display.startCompositor());
   failAndWait();
   EXPECT_TRUE(screen.save("had-errors"));
-  EXPECT_TRUE(pressUntilLogged(kCancel, "] Cleaning up after Cancelled Backup\n"));
+  pressUntilLogged(kCancel, "Cleaning up after Cancelled Backup\n");
   EXPECT_EQ(engine.exitStatus(), 1);
 }
 
-TEST_F(FailedRunTest, OpenLogLeavesIt) {
+TEST_F(WindowRunTest, OpenLogAndReturnLeaveAFailedRun) {
   failAndWait();
-  for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) press(kOpenLog);
-  EXPECT_EQ(engine.exitStatus(), 1);
+  pressUntilEnd(kOpenLog, 1);
   failAndWait();
-  for (int attempt = 0; attempt < 10 && !engine.exitStatus(2s); ++attempt) {
-    press(kBody);
+  pressUntil(kBody, [this] {
     screen.type(XK_Return);
-  }
-  EXPECT_EQ(engine.exitStatus(), 1);
+    return engine.exitStatus(2s) == 1;
+  });
   EXPECT_THAT(engine.log(), Not(HasSubstr("User: Cancelling Backup")));
 }
 
@@ -160,14 +144,82 @@ TEST_F(WindowRunTest, AMissingDestinationWaitsForEscape) {
   ASSERT_FALSE(engine.exitStatus(1s));
   EXPECT_EQ(screen.focus(), usersWindow);
   EXPECT_TRUE(screen.save("failed"));
-  press(kBody);
-  EXPECT_TRUE(waitFor(
-      [this] {
-        screen.type(XK_Escape);
-        return engine.logs("] User: Cancelling Backup\n", 1s);
-      },
-      20s));
+  pressUntil(kBody, [this] {
+    screen.type(XK_Escape);
+    return engine.logs("] User: Cancelling Backup\n", 2s);
+  });
   EXPECT_EQ(engine.exitStatus(), 1);
+}
+
+// The companion is gone. The alert stands in the middle of the screen, which is 1024 points wide and 640
+// high.
+constexpr Place kUninstall{740, 231}, kContinue{620, 231}, kAlertsGrey{400, 231}, kBar{100, 173};
+constexpr Place kOk{645, 248};  // of the message about the schedule
+
+class AlertRunTest : public WindowRunTest {
+ protected:
+  void SetUp() override {
+    if (!crontab.problem().empty()) GTEST_SKIP() << crontab.problem();
+    crontab.install("# one\n" + kOurs + "# two\n");
+    writeTestFile(engine.configuration(),
+                  xmlPropertyList("<key>Destination</key><string>" + engine.destination() + "</string>"));
+  }
+  void startAndBeAsked() {
+    engine.listen();
+    engine.start(display.name());
+    ASSERT_TRUE(engine.logs("] Missing Corvane?\n"));
+  }
+  [[nodiscard]] std::string quillon() const { return engine.library() + "/Application Support/Quillon"; }
+  [[nodiscard]] std::string trash() const { return engine.home() + "/.local/share/Trash"; }
+  void expectInTrash() {
+    EXPECT_THAT(namesIn(trash() + "/files"), ElementsAre("Corvane"));
+    EXPECT_THAT(namesIn(trash() + "/files/Corvane"), testing::Contains("Config.plist"));
+    EXPECT_THAT(readTestFile(trash() + "/info/Corvane.trashinfo"),
+                HasSubstr("\nPath=" + engine.home() + "/Library/Application%20Support/Quillon/Corvane\n"));
+  }
+
+  PrivateCrontab crontab;
+};
+
+TEST_F(AlertRunTest, UninstallTakesAwayTheScheduleAndTheFolder) {
+  writeTestFile(quillon() + "/Other/Config.plist", "other");
+  startAndBeAsked();
+  pressUntilEnd(kUninstall, 0);
+  EXPECT_EQ(crontab.list(), "# one\n# two\n");
+  expectInTrash();
+  EXPECT_THAT(namesIn(quillon()), ElementsAre("Other", "crontab"));
+  EXPECT_EQ(readTestFile(quillon() + "/Other/Config.plist"), "other");
+  EXPECT_THAT(engine.log(), Not(HasSubstr("Backup Starting...")));
+  EXPECT_FALSE(waitFor([this] { return engine.announcements() > 0; }, 500ms));
+}
+
+TEST_F(AlertRunTest, AScheduleThatCannotBeRemovedIsShownFirst) {
+  crontab.replaceCommand("exit 1\n");
+  startAndBeAsked();
+  pressUntilLogged(kUninstall, "list the crontab: exit status 1");
+  EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
+  EXPECT_FALSE(fileExists(trash()));
+  pressUntilEnd(kOk, 0);
+  expectInTrash();
+}
+
+TEST_F(AlertRunTest, ContinueRunsTheBackup) {
+  startAndBeAsked();
+  ASSERT_TRUE(waitFor([this] { return pixel(kAlertsGrey).red > 200; }));
+  const Pixel before = pixel(kBar);
+  EXPECT_TRUE(waitFor([&] { return pixel(kBar) != before; }, 5s)) << "the bar is to move behind the alert";
+  EXPECT_FALSE(engine.exitStatus(1s)) << "it must wait for its user";
+  EXPECT_TRUE(screen.save("readying"));
+  pressUntilEnd(kContinue, 0);
+  EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Answer: Continue Backup\n"), HasSubstr("Backup completed")));
+  EXPECT_EQ(crontab.list(), "# one\n" + kOurs + "# two\n");
+  EXPECT_TRUE(waitFor([this] { return engine.announcements() == 1; }, 5s));
+}
+
+TEST_F(AlertRunTest, TheEndFromOutsideNeedsNoAnswer) {
+  startAndBeAsked();
+  ASSERT_EQ(::kill(engine.pid(), SIGTERM), 0);
+  EXPECT_EQ(engine.exitStatus(5s), 128 + SIGTERM);
 }
 
 }  // namespace
