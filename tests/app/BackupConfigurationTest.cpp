@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <cmath>
 
+#include "app/DockPosition.h"
 #include "tests/support/RecordingPorts.h"
 
 namespace corvane {
@@ -38,29 +40,26 @@ TEST(PreferencesTest, FallsBackToTheLowerCaseFile) {
   EXPECT_EQ(readPreferences(lists, "/Library")->currentConfiguration, "lower");
 }
 
-struct IntegerCase {
-  PropertyListValue value;
-  int expected;
-};
-
-class IntegerTest : public testing::TestWithParam<IntegerCase> {};
-
-TEST_P(IntegerTest, ReadsWhatLooksLikeANumber) {
-  std::string problem;
-  const auto configuration =
-      configurationFrom({{"Language", GetParam().value}, {"Number Of Backups", GetParam().value}}, problem);
-  ASSERT_TRUE(configuration) << problem;
-  EXPECT_EQ(configuration->script.language, GetParam().expected);
-  EXPECT_EQ(configuration->script.numberOfBackups, GetParam().expected);
+TEST(ConfigurationTest, ReadsWhatLooksLikeANumber) {
+  const std::pair<PropertyListValue, int> rows[] = {{number(3), 3},
+                                                    {number(-3), -3},
+                                                    {number(1LL << 40), 2147483647},
+                                                    {{-1e300}, -2147483647 - 1},
+                                                    {{2.9}, 2},
+                                                    {{std::nan("")}, 0},
+                                                    {{true}, 1},
+                                                    {text(" 12 apples"), 12},
+                                                    {text("none"), 0},
+                                                    {text("99999999999999999999"), 2147483647}};
+  for (const auto& [value, expected] : rows) {
+    std::string problem;
+    const auto configuration =
+        configurationFrom({{"Language", value}, {"Number Of Backups", value}}, problem);
+    ASSERT_TRUE(configuration) << problem;
+    EXPECT_EQ(configuration->script.language, expected);
+    EXPECT_EQ(configuration->script.numberOfBackups, expected);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Values, IntegerTest,
-                         testing::Values(IntegerCase{number(3), 3}, IntegerCase{number(-3), -3},
-                                         IntegerCase{number(1LL << 40), 2147483647},
-                                         IntegerCase{{-1e300}, -2147483647 - 1}, IntegerCase{{2.9}, 2},
-                                         IntegerCase{{std::nan("")}, 0}, IntegerCase{{true}, 1},
-                                         IntegerCase{text(" 12 apples"), 12}, IntegerCase{text("none"), 0},
-                                         IntegerCase{text("99999999999999999999"), 2147483647}));
 
 TEST(ConfigurationTest, FlagsCountByPresence) {
   std::string problem;
@@ -85,33 +84,49 @@ TEST(ConfigurationTest, ReadsAServerVolume) {
   EXPECT_EQ(configuration->automount->protocol, std::nullopt);
 }
 
-struct WrongTypeCase {
-  const char* key;
-  PropertyListValue value;
-};
-
-class WrongTypeTest : public testing::TestWithParam<WrongTypeCase> {};
-
-TEST_P(WrongTypeTest, MakesTheFileUnusableAndNamesTheKey) {
-  std::string problem;
-  EXPECT_FALSE(configurationFrom({{GetParam().key, GetParam().value}}, problem));
-  EXPECT_THAT(problem, HasSubstr(GetParam().key));
+TEST(ConfigurationTest, AWrongTypeMakesTheFileUnusableAndIsNamed) {
+  const std::pair<const char*, PropertyListValue> rows[] = {
+      {"Destination", number(1)},
+      {"Destination", {std::string("/a\0b", 4)}},
+      {"App Location", {Dictionary{}}},
+      {"Clients", text("Apple Mail")},
+      {"Clients", {PropertyListValue::Array{number(1)}}},
+      {"Number Of Backups", {PropertyListValue::Array{}}},
+      {"Automount", text("afp")},
+      {"Automount", {Dictionary{{"Password", number(1)}}}}};
+  for (const auto& [key, value] : rows) {
+    std::string problem;
+    EXPECT_FALSE(configurationFrom({{key, value}}, problem)) << key;
+    EXPECT_THAT(problem, HasSubstr(key));
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(Keys, WrongTypeTest,
-                         testing::Values(WrongTypeCase{"Destination", number(1)},
-                                         WrongTypeCase{"Destination", {std::string("/a\0b", 4)}},
-                                         WrongTypeCase{"App Location", {Dictionary{}}},
-                                         WrongTypeCase{"Clients", text("Apple Mail")},
-                                         WrongTypeCase{"Clients", {PropertyListValue::Array{number(1)}}},
-                                         WrongTypeCase{"Number Of Backups", {PropertyListValue::Array{}}},
-                                         WrongTypeCase{"Automount", text("afp")},
-                                         WrongTypeCase{"Automount", {Dictionary{{"Password", number(1)}}}}));
 
 TEST(ConfigurationTest, AnUnusableFileCountsAsAnEmptyOne) {
   MemoryPropertyLists lists;
   lists.files["Config.plist"] = {{"Destination", text("/Backups")}, {"Clients", text("Apple Mail")}};
   EXPECT_EQ(readConfiguration(lists, "/Support").script.destination, "");
+}
+
+TEST(DockPositionTest, DecidesWhereTheWindowStands) {
+  MemoryPropertyLists lists;
+  const auto at = [&](DockPosition position, double x) {
+    EXPECT_EQ(getDockPosition(lists, "/Library"), position);
+    EXPECT_EQ(windowPoint(position).x, x);
+    EXPECT_EQ(windowPoint(position).y, 100.0);
+  };
+  at(DockPosition::bottom, 10);
+  auto& dock = lists.files["com.apple.dock.plist"];
+  at(DockPosition::bottom, 10);
+  const std::tuple<PropertyListValue, DockPosition, double> rows[] = {
+      {text("bottom"), DockPosition::bottom, 10},
+      {text("left"), DockPosition::left, 40},
+      {text("right"), DockPosition::right, 10},
+      {text("Left"), DockPosition::right, 10},
+      {number(1), DockPosition::bottom, 10}};
+  for (const auto& [orientation, position, x] : rows) {
+    dock["orientation"] = orientation;
+    at(position, x);
+  }
 }
 
 }  // namespace

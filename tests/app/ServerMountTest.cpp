@@ -44,15 +44,6 @@ TEST(MountRequestTest, EscapesWhatMayNotStandInAUrl) {
             "%22%23%25%3C%3E%5B%5C%5D%5E%60%7B%7C%7D%09%7F%C3%A9");
 }
 
-struct CheckCase {
-  const char* before;  // what is mounted then
-  const char* after;   // what a mount adds
-  MountOutcome outcome;
-  bool available;
-  Events events;  // after the first
-  const char* log;
-};
-
 // A local destination that is there is no help to a run that wants a server.
 TEST(DestinationCheckTest, LooksMountsAndLooksAgain) {
   const std::string mounting = "status Mounting Server Volume...";
@@ -61,19 +52,19 @@ TEST(DestinationCheckTest, LooksMountsAndLooksAgain) {
   const std::string url = "server afp://files.local/Backup%20Disk, ";
   const std::string success = "Sync-mounted " + url + "user == anna, refNum == -105\n";
   const std::string failure = "Sync mount failed for " + url + "error == -5023\n";
-  const CheckCase rows[] = {
-      {"Backup Disk", "", {}, true, {}, "Server based destination is available"},
-      {"",
-       "Backup Disk",
-       {},
-       true,
-       {mounting, changed, mounted},
-       "Server based destination is now available"},
-      {"", "Backup Disk-1", {.reference = -105}, false, {mounting, changed}, success.c_str()},
-      {"", "", {.error = -5023}, false, {mounting}, failure.c_str()},
-      {"", "", {.error = 1, .problem = "no such user"}, false, {mounting}, "] no such user\n"},
-      {"", "", {.error = 1}, false, {mounting}, "Server based destination is not available"},
-      {"", "Backup Disk", {.error = 17}, true, {mounting, mounted}, "destination is now available"}};
+  const struct {
+    const char *before, *after;  // what is mounted then, and what a mount adds
+    MountOutcome outcome;
+    bool available;
+    Events events;  // after the first
+    const char* log;
+  } rows[] = {{"Backup Disk", "", {}, true, {}, "Server based destination is available"},
+              {"", "Backup Disk", {}, true, {mounting, changed, mounted}, "destination is now available"},
+              {"", "Backup Disk-1", {.reference = -105}, false, {mounting, changed}, success.c_str()},
+              {"", "", {.error = -5023}, false, {mounting}, failure.c_str()},
+              {"", "", {.error = 1, .problem = "no such user"}, false, {mounting}, "] no such user\n"},
+              {"", "", {.error = 1}, false, {mounting}, "Server based destination is not available"},
+              {"", "Backup Disk", {.error = 17}, true, {mounting, mounted}, "destination is now available"}};
   BackupConfiguration configuration;
   configuration.automount = kComplete;
   configuration.script.destination = "/";
