@@ -1,12 +1,113 @@
+// Property lists made by hand, sound and hostile, before their readers and writer.
+#include <gmock/gmock.h>
+#include <filesystem>
 #include <limits>
 
+#include "platform/SystemPropertyLists.h"
 #include "platform/cocoa/FoundationPropertyList.h"
-#include "tests/platform/PropertyListSamples.h"
+#include "process/Files.h"
+#include "tests/support/ScratchFolder.h"
 
 namespace corvane {
 namespace {
 
+using namespace std::string_literals;
 using testing::HasSubstr;
+using testing::StartsWith;
+
+// `value` in one line: {a: 1, b: [true, "text", 1.5], c: other}, keys sorted.
+std::string describe(const PropertyListValue& value) {
+  if (const auto* flag = value.as<bool>()) return *flag ? "true" : "false";
+  if (const auto* number = value.as<std::int64_t>()) return std::to_string(*number);
+  if (const auto* number = value.as<double>()) return std::to_string(*number);
+  if (const auto* text = value.as<std::string>()) return '"' + *text + '"';
+  std::string parts;
+  const auto add = [&parts](const std::string& part) { parts += (parts.empty() ? "" : ", ") + part; };
+  if (const auto* array = value.as<PropertyListValue::Array>()) {
+    for (const auto& item : *array) add(describe(item));
+    return "[" + parts + "]";
+  }
+  const auto* dictionary = value.as<PropertyListDictionary>();
+  if (!dictionary) return "other";
+  for (const auto& [key, item] : *dictionary) add(key + ": " + describe(item));
+  return "{" + parts + "}";
+}
+
+std::string bigEndian(std::uint64_t number, int width) {
+  std::string bytes;
+  while (width-- > 0) bytes += static_cast<char>(number >> (8 * width) & 255);
+  return bytes;
+}
+
+// The marker of an object with its count, in the long form when the short one has no room.
+std::string counted(int kind, std::size_t count) {
+  if (count < 15) return {static_cast<char>(kind | static_cast<int>(count))};
+  return std::string{static_cast<char>(kind | 15), 0x12} + bigEndian(count, 4);
+}
+
+std::string binaryText(const std::string& text) { return counted(0x50, text.size()) + text; }
+
+// An array (0xA0), or a dictionary (0xD0) whose `items` are the keys, followed by as many values.
+std::string container(int kind, const std::vector<unsigned>& items) {
+  std::string object = counted(kind, kind == 0xD0 ? items.size() / 2 : items.size());
+  for (const unsigned item : items) object += bigEndian(item, 2);
+  return object;
+}
+std::string binaryArray(const std::vector<unsigned>& items) { return container(0xA0, items); }
+std::string binaryDictionary(const std::vector<unsigned>& items) { return container(0xD0, items); }
+
+// The last 32 bytes: the sizes, the number of objects, the root and where the table of offsets is.
+std::string binaryTrailer(std::uint64_t objects, std::uint64_t root, std::uint64_t table,
+                          std::string sizes = "\x04\x02") {
+  return std::string(6, '\0') + sizes + bigEndian(objects, 8) + bigEndian(root, 8) + bigEndian(table, 8);
+}
+
+// A file of objects that refer to each other by their index; the first one is the root.
+std::string binaryFile(const std::vector<std::string>& objects) {
+  std::string bytes = "bplist00";
+  std::string table;
+  for (const auto& object : objects) {
+    table += bigEndian(bytes.size(), 4);
+    bytes += object;
+  }
+  return bytes + table + binaryTrailer(objects.size(), 0, bytes.size());
+}
+
+std::string xmlFile(const std::string& root) {
+  return R"(<?xml version="1.0" encoding="UTF-8"?>
+<!DOCTYPE plist PUBLIC "-//Apple//DTD PLIST 1.0//EN" "http://www.apple.com/DTDs/PropertyList-1.0.dtd">
+<plist version="1.0">)" +
+         root + "</plist>";
+}
+
+// `part`, `count` times.
+std::string repeated(std::string_view part, std::size_t count) {
+  std::string text;
+  while (count-- > 0) text += part;
+  return text;
+}
+
+class PropertyListTest : public testing::Test {
+ protected:
+  // The description of the dictionary in the file, or why there is none. What takes for ever is stopped by
+  // the test runner's limit.
+  std::string read() {
+    const auto dictionary = lists_.readDictionary(path_, problem_);
+    return dictionary ? describe({*dictionary}) : problem_;
+  }
+  std::string read(const std::string& bytes) {
+    return writeFileAtomically(path_, bytes, problem_) ? read() : problem_;
+  }
+  void expectRefused(const std::string& fault, const std::vector<std::string>& files) {
+    for (const auto& bytes : files)
+      EXPECT_THAT(read(bytes), HasSubstr(path_ + ": it " + fault)) << bytes.substr(0, 300);
+  }
+
+  const ScratchFolder folder_;
+  const std::string path_ = folder_.path("Config.plist");
+  SystemPropertyLists lists_;
+  std::string problem_;
+};
 
 const std::string kTypedValues =
     R"({a: {k: "h"}, b: ["Mail", "a b"], c: "☃ & <", d: 9223372036854775807, e: -7, f: false, g: [], )"
@@ -151,7 +252,7 @@ TEST_F(PropertyListTest, WhatIsWrittenCanBeReadByOthers) {
   ASSERT_TRUE(lists_.writeXml(path_, kManifest, problem_)) << problem_;
   EXPECT_EQ(read(), description);
   const std::string xml = folder_.read("Config.plist");
-  EXPECT_THAT(xml, testing::StartsWith("<?xml version=\"1.0\""));
+  EXPECT_THAT(xml, StartsWith("<?xml version=\"1.0\""));
   const auto value = readWithFoundation(xml);
   EXPECT_EQ(value ? describe(*value) : "nothing", description);
   EXPECT_EQ(read(xmlFromFoundation(kManifest).value_or("")), description);
@@ -174,6 +275,91 @@ TEST_F(PropertyListTest, LeavesTheOldFileWhenThereIsNoFormForAValue) {
   EXPECT_EQ(folder_.read("Config.plist"), "old");
   EXPECT_FALSE(lists_.writeXml(folder_.path("nowhere/a"), kManifest, problem_));
   EXPECT_THAT(problem_, HasSubstr("/nowhere/a: No such file"));
+}
+
+std::string nestedXml(std::size_t depth) {
+  return xmlFile("<dict><key>a</key>" + repeated("<array>", depth - 1) + repeated("</array>", depth - 1) +
+                 "</dict>");
+}
+
+std::string nestedOpenStep(std::size_t depth) {
+  return "{a = " + repeated("(", depth - 1) + repeated(")", depth - 1) + ";}";
+}
+
+// Each array but the last holds the next one `width` times.
+std::string nestedBinary(unsigned depth, unsigned width = 1) {
+  std::vector<std::string> objects = {binaryDictionary({depth, 1})};
+  for (unsigned index = 1; index < depth; ++index)
+    objects.push_back(binaryArray(std::vector<unsigned>(index + 1 < depth ? width : 0, index + 1)));
+  objects.push_back(binaryText("a"));
+  return binaryFile(objects);
+}
+
+TEST_F(PropertyListTest, NestsOnlySoFar) {
+  // A short way to a value is measured first, a long one leads to it later.
+  std::vector<std::string> shared = {binaryDictionary({80, 81, 40, 1}), binaryArray({2})};
+  while (shared.size() < 79) shared.push_back(binaryArray({static_cast<unsigned>(shared.size() + 1)}));
+  shared.insert(shared.end(), {binaryArray({}), binaryText("a"), binaryText("b")});
+  expectRefused("is nested too deeply", {nestedXml(65), nestedOpenStep(65), nestedBinary(65),
+                                         nestedXml(9'000), nestedBinary(9'000), binaryFile(shared)});
+  for (const auto& bytes : {nestedXml(64), nestedOpenStep(64), nestedBinary(64)})
+    EXPECT_THAT(read(bytes), StartsWith("{a: [[")) << bytes;
+}
+
+TEST_F(PropertyListTest, HoldsOnlySoMuch) {
+  expectRefused("holds too many values",
+                {nestedBinary(40, 10), nestedOpenStep(9'000),
+                 xmlFile("<array>" + repeated("<true/>", 100'000) + "</array>"),
+                 binaryFile({binaryDictionary({3, 1}), binaryArray(std::vector<unsigned>(5'000, 2)),
+                             binaryText(std::string(500'000, 'x')), binaryText("a")}),
+                 "{a = (" + repeated("b,", 100'000) + ");}", "{" + repeated("a = b;", 5'001) + "}"});
+  expectRefused("is malformed", {binaryFile(std::vector<std::string>(20'000, binaryDictionary({})))});
+}
+
+TEST_F(PropertyListTest, IsRefusedWhenCutOffAnywhere) {
+  for (const auto& bytes : {xmlFile("<dict><key>a</key><string>&amp;<![CDATA[c]]></string></dict>"),
+                            binaryFile({binaryDictionary({1, 2}), binaryText("a"), binaryArray({3}),
+                                        "\x13" + std::string(8, '\1')}),
+                            "{ a = \"b\\\"\"; /* c */ d = (<01>, <*I5>); }"s}) {
+    EXPECT_THAT(read(bytes), StartsWith("{a: "));
+    for (std::size_t length = 0; length < bytes.size(); ++length)
+      EXPECT_THAT(read(bytes.substr(0, length)), HasSubstr(": it ")) << length;
+  }
+}
+
+// Different keys to which libplist gives the same hash.
+std::string collidingKeys(unsigned count) {
+  std::string keys;
+  for (unsigned index = 0; index < count; ++index) {
+    keys += "<key>" + std::string(150, 'x');
+    for (unsigned bit = 1; bit < 8'192; bit *= 2) keys += (index & bit) != 0 ? "Ez" : "FY";
+    keys += "</key><true/>";
+  }
+  return keys;
+}
+
+// libplist moves the rest of the text for each entity, and looks for a key among all of the same hash.
+TEST_F(PropertyListTest, QuadraticReadersAreNotProvoked) {
+  const auto text = [](std::size_t entities) {
+    return xmlFile("<dict><key>a</key><string>" + repeated("&lt;", entities) + "</string></dict>");
+  };
+  const std::string dictionary = "<key>a</key><dict>" + collidingKeys(999) + "</dict>";
+  for (const auto& bytes : {text(10'000), xmlFile("<dict>" + repeated(dictionary, 4) + "</dict>")})
+    EXPECT_THAT(read(bytes), StartsWith("{a: "));
+  expectRefused("holds too many values",
+                {text(200'000), xmlFile("<dict>" + collidingKeys(1'001) + "</dict>")});
+}
+
+TEST_F(PropertyListTest, OnlyFilesOfAReasonableSizeAreRead) {
+  read("<dict>");
+  std::filesystem::resize_file(path_, 1'000'000'000);
+  EXPECT_THAT(read(), HasSubstr("larger than"));
+  const std::pair<const char*, const char*> others[] = {{"/nowhere/Config.plist", ": No such file"},
+                                                        {"/dev/zero", ": it is not a file"}};
+  for (const auto& [path, problem] : others) {
+    EXPECT_FALSE(lists_.readDictionary(path, problem_));
+    EXPECT_THAT(problem_, HasSubstr(std::string(path) + problem));
+  }
 }
 
 }  // namespace
