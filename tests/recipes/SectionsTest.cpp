@@ -1,8 +1,5 @@
 // The sections of every client, through the client table as script assembly reaches them.
 
-#include <gtest/gtest.h>
-
-#include "recipes/ClientTable.h"
 #include "tests/support/Golden.h"
 #include "tests/support/ScriptFixtures.h"
 
@@ -40,7 +37,7 @@ constexpr Section kSections[] = {
     {"Apple Mail", "mail-and-book/current", "Mail+AB", "", true},
 };
 
-class SectionsTest : public testing::Test {
+class SectionsTest : public ScriptTest {
  protected:
   std::string section(const Section& row, bool relaunch = false) {
     record.currentFilename = kName + "(Email Client).qvb";
@@ -60,10 +57,6 @@ class SectionsTest : public testing::Test {
                                           {"{name}", kName + row.word + ".qvb"},
                                           {"{base}", record.useAutomount ? "/tmp" : kDisk}});
   }
-
-  RunRecord record = defaultRecord();
-  Facts facts = annasFacts();
-  FakeScriptHost host;
 };
 
 TEST_F(SectionsTest, AreByteForByteTheGoldenOnes) {

@@ -1,8 +1,5 @@
 #include "script/ScriptAssembly.h"
 
-#include <gtest/gtest.h>
-
-#include "recipes/ClientTable.h"
 #include "script/Text.h"
 #include "tests/support/Golden.h"
 #include "tests/support/ScriptFixtures.h"
@@ -10,23 +7,12 @@
 namespace corvane {
 namespace {
 
-class ScriptAssemblyTest : public testing::Test {
- protected:
-  const std::string& assemble(ScriptOptions options) {
-    options.destination = kBackupDisk;
-    ScriptAssembly(record, facts, clientTable(), host).assemble(options);
-    return record.shellScript;
-  }
-
-  RunRecord record = defaultRecord();
-  Facts facts = annasFacts();
-  FakeScriptHost host;
-};
+using ScriptAssemblyTest = ScriptTest;
 
 TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
   const std::vector<std::string> mail = {"Apple Mail"};
   const std::vector<std::string> two = {"Postbox", "Microsoft Outlook 2011"};
-  const struct {
+  struct {
     const char* golden;
     bool useAutomount;
     double progressMaximum;
@@ -54,7 +40,8 @@ TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
        14,
        {.clients = {"Apple Mail", "apple mail"}, .relaunchClient = true, .numberOfBackups = 5}},
   };
-  for (const auto& row : rows) {
+  for (auto& row : rows) {
+    row.options.destination = kBackupDisk;
     record = defaultRecord();
     record.useAutomount = row.useAutomount;
     EXPECT_EQ(assemble(row.options), readGolden(std::string("scripts/") + row.golden)) << row.golden;

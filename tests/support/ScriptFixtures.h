@@ -1,16 +1,19 @@
 // A machine, a user and a record to write scripts for.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <algorithm>
 #include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "recipes/ClientTable.h"
 #include "script/Client.h"
 #include "script/Facts.h"
 #include "script/FileNaming.h"
 #include "script/RunRecord.h"
+#include "script/ScriptAssembly.h"
 
 namespace corvane {
 
@@ -53,6 +56,19 @@ class FakeScriptHost : public ScriptHost {
   int measured = 0;
   std::vector<std::string> filled;               ///< folders that hold something
   std::map<std::string, std::string> originals;  ///< no other path can be resolved
+};
+
+/// Assembles scripts for Anna on her machine.
+class ScriptTest : public testing::Test {
+ protected:
+  const std::string& assemble(const ScriptOptions& options) {
+    ScriptAssembly(record, facts, clientTable(), host).assemble(options);
+    return record.shellScript;
+  }
+
+  RunRecord record = defaultRecord();
+  Facts facts = annasFacts();
+  FakeScriptHost host;
 };
 
 }  // namespace corvane

@@ -5,6 +5,8 @@
 
 #include "process/RunTool.h"
 #include "process/ScriptInterpreter.h"
+#include "script/ShellQuoting.h"
+#include "script/Text.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/ScriptFixtures.h"
 
@@ -57,6 +59,25 @@ TEST(FileNaming, TokensAreReplacedOneAfterTheOther) {
     facts.localizedComputerName = machine;
     facts.userName = user;
     EXPECT_EQ(composeFilename(filenameTemplate, kDefaultDateFormat, facts), name);
+  }
+}
+
+TEST(Text, FillReplacesKnownNamesOnly) {
+  EXPECT_EQ(fill("{{name}}{name}awk '{print $9}' {base}{name", {{"base", "/a {name}"}, {"name", "N"}}),
+            "{N}Nawk '{print $9}' /a {name}{name");
+}
+
+TEST(ShellQuoting, EscapesWhatTheShellWouldInterpretAndStripsItAgain) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"My Mail (old)", R"(My\ Mail\ \(old\))"},
+      {" ()&|<>;$`*?'", R"(\ \(\)\&\|\<\>\;\$\`\*\?\')"},
+      {"/tmp/.QVB_Backup\"!#~[]{}=\t\nä", "/tmp/.QVB_Backup\"!#~[]{}=\t\nä"},
+      {R"(a\ b)", R"(a\\ b)"},  // taken away again, the second backslash goes with the blank
+      {R"(\n\"\\x\)", R"(\n\"\\x\)"},
+  };
+  for (const auto& [plain, escaped] : rows) {
+    EXPECT_EQ(escapeStringForTerminal(plain), escaped);
+    EXPECT_EQ(stripEscapes(escaped), plain);
   }
 }
 
