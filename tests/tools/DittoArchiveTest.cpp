@@ -19,11 +19,11 @@ touch -d '2001-02-03 04:05:06 UTC' sub/empty sub program blocks empty; cd ..
 )~";
 
 TEST_F(DittoArchiveTest, EveryReaderGivesBackBytesModesLinksAndTimes) {
-  EXPECT_EQ(shell(kMakeTree + R"~(ditto -ck source a.zip; readable; mkdir out1 out2 out3
+  expect(kMakeTree + R"~(ditto -ck source a.zip; readable; mkdir out1 out2 out3
 ditto -x -k a.zip out1; same source out1 %Y
 unzip -q a.zip -d out2; same source out2 %Y
-bsdtar -xpf a.zip -C out3; same source out3 %Y)~"),
-            "");
+bsdtar -xpf a.zip -C out3; same source out3 %Y)~",
+         "");
 }
 
 // A letter with its accent composed and decomposed: two files. Bytes that are no UTF-8, in a link's target
@@ -35,59 +35,159 @@ TEST_F(DittoArchiveTest, KeepsEveryNameThatAFileCanHave) {
   }
   std::filesystem::create_symlink("\xff", path("source/to\xfe"));
   std::filesystem::create_symlink("e\xcc\x81", path("source/to\xc3\xa9"));
-  EXPECT_EQ(shell("ditto -ck source a.zip; readable; ditto -xk a.zip new/out; 7z x -oother a.zip >7z.log\n"
-                  "same source new/out %Y; same source other %Y"),
-            "");
+  expect(
+      "ditto -ck source a.zip; readable; ditto -xk a.zip new/out; 7z x -oother a.zip >7z.log\n"
+      "same source new/out %Y; same source other %Y",
+      "");
 }
 
 TEST_F(DittoArchiveTest, DoesNotDependOnTheNumberOfThreads) {
-  EXPECT_EQ(
-      shell(kMakeTree + "seq 1 500 | (cd source/-dash; split -l 1 -a 3); ditto -ck source a.zip\n"
-                        "for n in 1 2 7 7; do ditto -ck --threads $n source b.zip; cmp a.zip b.zip; done"),
-      "");
+  expect(kMakeTree +
+             "seq 1 500 | (cd source/-dash; split -l 1 -a 3); ditto -ck source a.zip\n"
+             "for n in 1 2 7 7; do ditto -ck --threads $n source b.zip; cmp a.zip b.zip; done",
+         "");
 }
 
 // Bit 11 of the flags, in the second byte of the field.
 TEST_F(DittoArchiveTest, CallsNamesUtf8WhenTheyAreAndNeedIt) {
-  EXPECT_EQ(shell(R"~(for n in plain é $(printf '\303'); do
->$n; ditto -ck $n a.zip; od -An -tx1 -j7 -N1 a.zip; done)~"),
-            " 00\n 08\n 00\n");
+  expect(R"~(for n in plain é $(printf '\303'); do
+>$n; ditto -ck $n a.zip; od -An -tx1 -j7 -N1 a.zip; done)~",
+         " 00\n 08\n 00\n");
 }
 
 TEST_F(DittoArchiveTest, OptionsAreUnderstoodInEveryGrouping) {
-  EXPECT_EQ(shell(R"~(mkdir -p source/sub; >source/file
+  expect(R"~(mkdir -p source/sub; >source/file
 for options in -ck -ckX '-c -k -X --rsrc' '-k -Xc --threads 3' '-V -ckv --sequesterRsrc --norsrc --extattr
   --noextattr --acl --noacl --qtn --noqtn --' '-ck --keepParent'; do
 ditto $options source/ a.zip 2>log || cat log; echo $(bsdtar -tf a.zip); done
 for wrong in '' /etc/passwd 'a b c' '-c a b' '-x a b' '-k a b' '-cxk a b' '-z a b' '--other a b' '-ck a' \
   '-ck "" b' '-ck --threads x a b'; do
 usage=$(eval "ditto $wrong" 2>&1)
-case $?$usage in 1'usage: ditto '*) ;; *) echo "$wrong: $usage"; esac; done)~"),
-            "file sub/\nfile sub/\nfile sub/\nfile sub/\nfile sub/\nsource/ source/file source/sub/\n");
+case $?$usage in 1'usage: ditto '*) ;; *) echo "$wrong: $usage"; esac; done)~",
+         "file sub/\nfile sub/\nfile sub/\nfile sub/\nfile sub/\nsource/ source/file source/sub/\n");
 }
 
 TEST_F(DittoArchiveTest, LeavesItselfOut) {
-  EXPECT_EQ(shell("mkdir source; >source/file\n"
-                  "for i in 1 2; do ditto -ck source source/own.zip; bsdtar -tf source/own.zip; done"),
-            "file\nfile\n");
+  expect(
+      "mkdir source; >source/file\n"
+      "for i in 1 2; do ditto -ck source source/own.zip; bsdtar -tf source/own.zip; done",
+      "file\nfile\n");
 }
 
 // Too deep also for what removes the scratch folder.
 TEST_F(DittoArchiveTest, GoesDeeperThanPathsAndDescriptorsReach) {
-  EXPECT_EQ(shell(R"~(n=$(printf %0200d 0); mkdir source; (cd source
+  expect(R"~(n=$(printf %0200d 0); mkdir source; (cd source
 i=0; while [ $i -lt 100 ]; do mkdir $n; cd -P ./$n; i=$((i+1)); done; echo leaf >leaf)
 ulimit -n 64; ditto -ck source a.zip && ditto -xk a.zip unpacked && ditto unpacked copied &&
 ditto -ck --threads 8 copied b.zip; cmp a.zip b.zip; bsdtar -tf a.zip | wc -l
-rm -rf source unpacked copied)~"),
-            "101\n");
+rm -rf source unpacked copied)~",
+         "101\n");
 }
 
 // In memory where there is a folder for that: so many files take their time on a disk.
 TEST_F(DittoArchiveTest, HoldsMoreEntriesThanTheSmallFormCounts) {
-  EXPECT_EQ(
-      shell(R"~(many=$(mktemp -d /dev/shm/ditto.XXXXXX || mktemp -d ./XXXXXX) 2>&-; trap 'rm -rf "$many"' EXIT
-(cd "$many"; seq 1 70000 | xargs touch); ditto -ck "$many" a.zip; bsdtar -tf a.zip | wc -l; readable)~"),
-      "70000\n");
+  expect(R"~(many=$(mktemp -d /dev/shm/ditto.XXXXXX || mktemp -d ./XXXXXX) 2>&-; trap 'rm -rf "$many"' EXIT
+(cd "$many"; seq 1 70000 | xargs touch); ditto -ck "$many" a.zip; bsdtar -tf a.zip | wc -l; readable)~",
+         "70000\n");
+}
+
+using DittoUnpackTest = DittoKit;
+
+// `planted NAME KIND CONTENT ...` makes a.zip; a kind is the first digits of a mode.
+const std::string kPlanted = R"~(mkdir out outside; planted() { python3 -W ignore -c "
+import sys, zipfile
+with zipfile.ZipFile('a.zip', 'w') as archive:
+    for i in range(1, len(sys.argv), 3):
+        entry = zipfile.ZipInfo(sys.argv[i])
+        entry.create_system, entry.external_attr = 3, int(sys.argv[i + 1] + '6755', 8) << 16
+        archive.writestr(entry, sys.argv[i + 2])" "$@"; }
+)~";
+
+TEST_F(DittoUnpackTest, WritesNothingOutside) {
+  expect(kPlanted + R"~(ln -s ../outside out/planted; ln -s ../outside/file out/through
+planted ../outside/a 10 x "$PWD/outside/b" 10 x sub/../../outside/c 10 x .. 10 x link 12 ../outside \
+  link/d 10 x link/ 4 '' planted/e 10 x planted/f 12 x through 10 x ./good 10 x
+ditto -x -k a.zip out 2>log && echo succeeded; sed "s|$PWD||" log | cut -d: -f 2; ls -A . out outside
+stat -c '%A %s' out/through)~",
+         " ../outside/a\n /outside/b\n sub/../../outside/c\n ..\n link/d\n link/\n planted/e\n planted/f\n"
+         ".:\na.zip\nlog\nout\noutside\n\nout:\ngood\nlink\nplanted\nthrough\n\noutside:\n"
+         // Nor does what was unpacked act in its owner's name.
+         "-rwxr-xr-x 1\n");
+}
+
+TEST_F(DittoUnpackTest, FoldersWithoutAnEntryAreAsTheUserMakesThem) {
+  expect(kPlanted +
+             "planted implied/folder/file 10 x named/ 4 '' named/file 10 x\n"
+             "umask 027; ditto -xk a.zip out; stat -c %a out/implied/folder out/named",
+         "750\n755\n");
+}
+
+// Without compression the bytes of the file stand as they are, after a header of some 65.
+TEST_F(DittoUnpackTest, DamageIsReportedAndReplacesNothing) {
+  expect(R"~(mkdir out; printf 'a sentence that is to stay whole' >file; echo older >out/file
+while read damage; do
+rm -rf a.zip; bsdtar --format zip --options zip:compression=store -cf a.zip file
+eval "$damage"; ditto -xk a.zip out 2>log
+echo $? $(head -n 1 log | cut -d: -f 1,2; ls -A out; cat out/file); done <<END
+sed -i s/sentence/sentense/ a.zip
+truncate -s 80 a.zip
+truncate -s 0 a.zip
+cp /bin/sh a.zip
+rm a.zip
+rm a.zip; mkdir a.zip
+END
+)~",
+         "1 ditto: file file older\n1 ditto: file file older\n1 ditto: a.zip file older\n"
+         "1 ditto: a.zip file older\n1 ditto: a.zip file older\n1 ditto: a.zip file older\n");
+}
+
+using DittoCopyTest = DittoKit;
+
+TEST_F(DittoCopyTest, MergesAFolderIntoAnother) {
+  expect(R"~(mkdir -p source/sub there/sub; cd source; echo new >sub/file; echo '#!' >program
+ln -s sub/file link; chmod 604 sub/file; chmod 755 program; chmod 550 sub
+touch -d '2001-02-03 04:05:07.123456789' sub/file sub; cd ../there
+echo old and longer >sub/file; echo stays >sub/other; echo not through the link >target; ln -s target program
+cd ..; ditto source deep/new; same source deep/new %.9Y
+ditto source there; cat there/sub/other there/target; rm there/sub/other there/target; same source there)~",
+         "stays\nnot through the link\n");
+}
+
+TEST_F(DittoCopyTest, AFileGoesToAPathOrIntoAFolder) {
+  expect(R"~(echo new >file; chmod 444 file; ln -s file alias; look() { stat -c '%f %.9Y' $1; cat $1; }
+while read from to made; do
+rm -rf folder; mkdir folder; echo old >folder/old
+ditto -X $from $to; [ "$(look $made)" = "$(look file)" ] || echo $from $to; done <<END
+file folder/new folder/new
+file folder/old folder/old
+file folder folder/file
+file folder/ folder/file
+alias folder/new folder/new
+alias folder folder/alias
+END
+)~",
+         "");
+}
+
+TEST_F(DittoCopyTest, ExtendedAttributesAreKeptUnlessToldOtherwise) {
+  expect(R"~(mkdir source; >source/file; chmod 444 source/file
+python3 -c "import os; os.setxattr('source/file', 'user.origin', b'here')" 2>&- || exit 77
+for option in --rsrc --norsrc --noextattr; do ditto $option source copy$option
+python3 -c "import os; print('user.origin' in os.listxattr('copy$option/file'))"; done)~",
+         "True\nFalse\nFalse\n");
+}
+
+TEST_F(DittoCopyTest, DoesNotCopyADestinationIntoItself) {
+  expect("mkdir -p source/a; >source/a/file; timeout 20 ditto source source/b; cd source; find b | sort",
+         "b\nb/a\nb/a/file\n");
+}
+
+TEST_F(DittoCopyTest, NamesWhatItCannotCopyAndCopiesTheRest) {
+  expect(R"~(mkdir -p source/sub source/taken outside there/z2; >source/sub/file; >source/z; >source/z2
+ln -s ../outside there/sub; >there/taken; mkfifo source/pipe
+ditto source there 2>log && echo succeeded; cut -d: -f 1,2 log | sort; ls -A there outside)~",
+         "ditto: source/pipe\nditto: there/sub\nditto: there/taken\nditto: there/z2\n"
+         "outside:\n\nthere:\nsub\ntaken\nz\nz2\n");
 }
 
 }  // namespace
