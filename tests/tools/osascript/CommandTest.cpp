@@ -3,9 +3,7 @@
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <climits>
-#include <map>
-#include <sstream>
+#include <filesystem>
 
 #include "process/ChildProcess.h"
 #include "process/Files.h"
@@ -32,15 +30,13 @@ using testing::Not;
 class CommandTest : public testing::Test {
  protected:
   CommandTest() {
-    set({{"HOME", scratch_.path()},
-         {"PATH", scratch_.path("bin:/usr/bin:/bin")},
-         {"XDG_DATA_HOME", scratch_.path("data")},
-         {"XDG_DATA_DIRS", scratch_.path("none")},
-         {"DISPLAY", ""}});
+    set("HOME", scratch_.path());
+    set("PATH", scratch_.path("bin:/usr/bin:/bin"));
+    set("XDG_DATA_HOME", scratch_.path("data"));
+    set("XDG_DATA_DIRS", scratch_.path("none"));
+    set("DISPLAY", "");
   }
-  void set(const std::map<std::string, std::string>& variables) {
-    for (const auto& [name, value] : variables) setVariable(environment_, name, value);
-  }
+  void set(const char* name, const std::string& value) { setVariable(environment_, name, value); }
 
   ToolResult run(const std::vector<std::string>& lines, Capture capture = Capture::outputAndErrors) {
     LaunchCommand command{OSASCRIPT_PATH, {"osascript"}, environment_};
@@ -60,8 +56,7 @@ class CommandTest : public testing::Test {
 
 // What the system tells of a process in its file `name`.
 std::string systemFile(pid_t pid, const std::string& name) {
-  std::string problem;
-  return readFile("/proc/" + std::to_string(pid) + "/" + name, 1 << 20, problem).value_or("");
+  return readTestFile("/proc/" + std::to_string(pid) + "/" + name);
 }
 
 // A process that bears a given name and does nothing for a while.
@@ -72,16 +67,14 @@ class StandIn {
     Pipe unread;
     pid_ = spawn({command.front(), command, currentEnvironment()}, unread.writeEnd).pid;
     process_ = std::make_unique<ChildProcess>(pid_);
-    const auto hasBegun = [&] { return systemFile(pid_, "cmdline").starts_with(beginning); };
-    EXPECT_TRUE(waitFor(hasBegun));
+    EXPECT_TRUE(waitFor([&] { return systemFile(pid_, "cmdline").starts_with(beginning); }));
   }
   // A program of that name and no other purpose.
   StandIn(const ScratchFolder& folder, const std::string& name)
       : StandIn({copyOf("/bin/sleep", folder, name), "30"}, folder.path()) {}
   [[nodiscard]] static std::string copyOf(const std::string& program, const ScratchFolder& folder,
                                           const std::string& name) {
-    std::string problem;
-    return folder.write(name, readFile(program, 1 << 20, problem).value_or(""), 0755);
+    return folder.write(name, readTestFile(program), 0755);
   }
   [[nodiscard]] pid_t pid() const { return pid_; }
 
@@ -111,8 +104,7 @@ TEST_F(CommandTest, QuitsProcessesOfExactlyThatName) {
   const auto result = tell("CORVANE stand-in-" + own_, "quit");
   EXPECT_EQ(result.status, 0);
   EXPECT_EQ(result.output, "");
-  for (auto* const quit : {&program, &sameName, &interpreted, &renamed})
-    EXPECT_EQ(quit->endingSignal(), SIGTERM);
+  for (auto* quit : {&program, &sameName, &interpreted, &renamed}) EXPECT_EQ(quit->endingSignal(), SIGTERM);
   for (auto* const spared : {&longer, &shorter}) EXPECT_EQ(spared->endingSignal(), SIGVTALRM);
 }
 
@@ -180,7 +172,8 @@ mv "$HOME/partly" "$HOME/started"
 sleep 30 & wait
 )");
   const std::string agent = "$(touch " + made + ")" + own_;
-  set({{"BASHOPTS", "xpg_echo"}, {"TIME_STYLE", "+%m"}});
+  set("BASHOPTS", "xpg_echo");
+  set("TIME_STYLE", "+%m");
   for (const std::string folder : {"", "/programs"}) {
     scratch_.write("data/applications/agent.desktop",
                    "[Desktop Entry]\nType=Application\nName=" + agent +
@@ -190,17 +183,12 @@ sleep 30 & wait
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output, "");
     ASSERT_TRUE(waitFor([&] { return fileExists(scratch_.path("started")); }));
-    std::istringstream lines(scratch_.read("started"));
-    pid_t pid = 0;
-    std::string rest;
-    std::getline(lines >> pid >> std::ws, rest, '\0');
-    EXPECT_EQ(rest, scratch_.path() + folder + "\n--mail\ntwo words\n");
+    const std::string started = scratch_.read("started");
+    const pid_t pid = std::atoi(started.c_str());
+    EXPECT_EQ(started, std::to_string(pid) + "\n" + scratch_.path() + folder + "\n--mail\ntwo words\n");
     EXPECT_EQ(::getsid(pid), pid);
-    for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"}) {
-      char target[PATH_MAX] = {};
-      EXPECT_GT(::readlink(("/proc/" + std::to_string(pid) + stream).c_str(), target, sizeof target - 1), 0);
-      EXPECT_STREQ(target, "/dev/null");
-    }
+    for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"})
+      EXPECT_EQ(std::filesystem::read_symlink("/proc/" + std::to_string(pid) + stream), "/dev/null");
     EXPECT_THAT(systemFile(pid, "environ"),
                 AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE="))));
     if (pid > 1) ::kill(-pid, SIGKILL);
@@ -212,11 +200,7 @@ sleep 30 & wait
 struct WindowCase {
   const char* description;
   const char* suffix;  // of its class, after the name of the application
-  bool namesProcess;
-  bool isShown;
-  bool isMinimized;
-  bool canClose;
-  bool isAsked;
+  bool namesProcess, isShown, isMinimized, canClose, isAsked;
   bool isRaised;  // when the process that it names is gone
 };
 
@@ -275,7 +259,7 @@ const WindowCase kWindowCases[] = {
 TEST_F(CommandTest, AsksWindowsToCloseAndEndsOnlyWhatHasNone) {
   const VirtualDisplay display;
   ASSERT_EQ(display.problem(), "");
-  set({{"DISPLAY", display.name()}});
+  set("DISPLAY", display.name());
   for (const auto& row : kWindowCases) {
     SCOPED_TRACE(row.description);
     StandIn owner(scratch_, standIn_);

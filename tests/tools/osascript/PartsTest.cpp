@@ -1,12 +1,60 @@
-#include "tools/osascript/Applications.h"
-
+// The parts of the command: what it reads, what it looks for, and how it turns the machine off.
 #include <gmock/gmock.h>
 
 #include "tests/support/ScratchFolder.h"
+#include "tools/osascript/Applications.h"
 #include "tools/osascript/DesktopEntry.h"
+#include "tools/osascript/PowerOff.h"
+#include "tools/osascript/Script.h"
 
 namespace corvane::osascript {
 namespace {
+
+using testing::ElementsAre;
+using testing::FieldsAre;
+
+TEST(ScriptTest, UnderstandsItsSentences) {
+  const Script script = parseScript(
+      " \t\n\r\n"
+      "TELL\tApplication\"A b\"  To   QUIT \r\n"
+      "tell application \"a\\\"b\\\\c\"\r\tset working offline to true\r\n\nset working offline to false\n"
+      "\tshut  down \nEnd  Tell\n"
+      "tell application \"B\"\nend tell\n"
+      "tell application \"Finder\" to activate");
+  EXPECT_FALSE(script.problem);
+  // Where each begins and ends, counted from the beginning of the script.
+  EXPECT_THAT(script.statements, ElementsAre(FieldsAre("A b", Action::quit, Range{33, 37}),
+                                             FieldsAre("a\"b\\c", Action::workOffline, Range{68, 95}),
+                                             FieldsAre("a\"b\\c", Action::workOnline, Range{98, 126}),
+                                             FieldsAre("a\"b\\c", Action::shutDown, Range{128, 138}),
+                                             FieldsAre("Finder", Action::activate, Range{209, 217})));
+}
+
+TEST(ScriptTest, RefusesTheRestAndSaysWhere) {
+  const std::string start = "tell application \"A\"\n";  // 21 bytes
+  const std::pair<std::string, Range> scripts[] = {
+      {"quit", {0, 4}},
+      {"tell application A to quit", {0, 4}},
+      {"tell application", {0, 4}},
+      {"tëll application \"A\" to quit", {1, 2}},
+      {"tell application \"A\" quit", {21, 25}},
+      {"tell application \"A\" to", {21, 23}},
+      {"tell application \"A\" to set working offline to maybe", {24, 52}},
+      {"tell application \"A\" to \"quit\"", {24, 30}},
+      {"tell application \"A\" to quit quit", {24, 33}},
+      {"tell application \"A\\\"", {17, 21}},
+      {"tell application \"A\\", {17, 20}},
+      {"tell application \"" + std::string(1'000'000, 'x'), {17, 1'000'018}},
+      {"tell application \"A\nB\" to quit", {17, 19}},
+      {"tell application \"A\\n\" to quit", {19, 21}},
+      {start + "quit", {25, 25}},
+      {start + "tell application \"B\"\nquit\nend tell\nend tell", {21, 41}}};
+  for (const auto& [source, range] : scripts) {
+    const Script script = parseScript(source);
+    ASSERT_TRUE(script.problem) << source.substr(0, 100);
+    EXPECT_EQ(script.problem->range, range) << source.substr(0, 100);
+  }
+}
 
 using Arguments = std::vector<std::string>;
 
@@ -87,12 +135,36 @@ TEST_F(ApplicationsTest, FindsByEntryThenByProgram) {
 TEST_F(ApplicationsTest, AnEntryThatCannotBeStartedHidesThoseOfTheSameId) {
   addEntry("system/mail", "Name=Mail");
   EXPECT_EQ(found("Mail"), "tool ");
-  for (const std::string& lines :
-       {std::string("Hidden=true"), std::string("Terminal=true"), std::string("Type=Link"),
-        std::string("Exec=no-such-tool"), std::string("TryExec=no-such-tool"),
-        std::string("Exec=tool \"open"), "Comment=" + std::string(1'000'000, 'x')}) {
+  const std::string tooLong = "Comment=" + std::string(1'000'000, 'x');
+  for (const std::string lines : {"Hidden=true", "Terminal=true", "Type=Link", "Exec=no-such-tool",
+                                  "TryExec=no-such-tool", "Exec=tool \"open", tooLong.c_str()}) {
     addEntry("home/mail", "Name=Mail\n" + lines);
     EXPECT_EQ(found("Mail"), "") << lines.substr(0, 100);
+  }
+}
+
+// Only stand-ins are in reach: the function looks nowhere but in the folders that it is given.
+TEST(PowerOffTest, AsksTheFirstManagerThatAccepts) {
+  constexpr const char* kBoth = "systemctl --no-ask-password poweroff\nloginctl --no-ask-password poweroff\n";
+  // The status with which a manager ends; empty when it is not there.
+  const struct {
+    const char *systemctl, *loginctl, *calls, *problem;
+  } machines[] = {{"", "", "", "the system has no session manager"},
+                  {"0", "0", "systemctl --no-ask-password poweroff\n", ""},
+                  {"", "0", "loginctl --no-ask-password poweroff\n", ""},
+                  {"1", "0", kBoth, ""},
+                  {"1", "4", kBoth, "loginctl: Access denied"}};
+  for (const auto& machine : machines) {
+    const ScratchFolder scratch;
+    const auto add = [&](const std::string& name, const std::string& status) {
+      if (status.empty()) return;
+      scratch.writeScript("bin/" + name, "echo " + name + " \"$@\" >>" + scratch.path("calls") +
+                                             "\necho Access denied\necho more\nexit " + status + "\n");
+    };
+    add("systemctl", machine.systemctl);
+    add("loginctl", machine.loginctl);
+    EXPECT_EQ(powerOff({scratch.path(), scratch.path("bin")}), machine.problem);
+    EXPECT_EQ(scratch.read("calls"), machine.calls);
   }
 }
 
