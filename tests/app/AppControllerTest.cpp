@@ -90,12 +90,14 @@ TEST_F(AppControllerTest, SuccessFadesOutAndQuits) {
 
 TEST_F(AppControllerTest, FollowsAliasesAndWritesManifestsThroughThem) {
   const std::string stored = home.path() + "/Library/Thunderbird";
-  lists.files["Config.plist"]["Clients"] = {PropertyListValue::Array{{std::string("Thunderbird")}}};
+  lists.files["Config.plist"]["Clients"] = {
+      PropertyListValue::Array{{std::string("Thunderbird")}, {std::string("Eudora")}}};
   volumes.originals[stored] = "/Volumes/Data/Profiles";
   start();
   EXPECT_THAT(home.read("Library/Application Support/Quillon/Corvane/.corvane.sh"),
               HasSubstr("--rsrc \"/Volumes/Data/Profiles\""));
   EXPECT_TRUE(lists.written.contains(stored + "/Contents.plist"));
+  EXPECT_EQ(lists.written.size(), 2U);
 }
 
 // Each row is a run of its own; what the ports are asked is separated by bars.

@@ -26,10 +26,7 @@ constexpr milliseconds kLong{20000};
 const std::string kSecret = "-o \"a,b\"; $HOME @:/%";
 
 struct PlanCase {
-  const char* protocol;
-  const char* server;
-  const char* path;
-  const char* user;
+  const char *protocol, *server, *path, *user;
   const char* command = "";  // its end
   std::string input = kSecret + "\n";
 };

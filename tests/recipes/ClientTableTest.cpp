@@ -13,8 +13,7 @@ struct Row {
   bool withAddressBook;
   const char* rotationTag;
   double progressMaximum;
-  const char* quit;                         // golden snippet
-  const char* relaunch;                     // golden snippet
+  const char *quit, *relaunch;              // golden snippets
   const char* application = "Thunderbird";  // takes its place in the snippets
 };
 

@@ -1,7 +1,14 @@
 #include "script/ScriptAssembly.h"
 
+#include <unistd.h>
+#include <chrono>
+
+#include "process/RunTool.h"
+#include "process/ScriptInterpreter.h"
+#include "script/ClientSnippets.h"
 #include "script/Text.h"
 #include "tests/support/Golden.h"
+#include "tests/support/ScratchFolder.h"
 #include "tests/support/ScriptFixtures.h"
 
 namespace corvane {
@@ -10,8 +17,9 @@ namespace {
 using ScriptAssemblyTest = ScriptTest;
 
 TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
-  const std::vector<std::string> mail = {"Apple Mail"};
+  const std::vector<std::string> mail = {"Apple Mail"}, twice = {"Apple Mail", "Apple Mail"};
   const std::vector<std::string> two = {"Postbox", "Microsoft Outlook 2011"};
+  const std::vector<std::string> first = {"Pine", "Apple Mail"}, second = {"Apple Mail", "apple mail"};
   struct {
     const char* golden;
     bool useAutomount;
@@ -28,17 +36,11 @@ TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
       {"two-mail-shutdown",
        false,
        8,
-       {.clients = {"Apple Mail", "Apple Mail"}, .relaunchClient = true, .shutdownOnCompletion = true}},
+       {.clients = twice, .relaunchClient = true, .shutdownOnCompletion = true}},
       {"two-clients", true, 7, {.clients = two, .language = 3, .relaunchClient = true, .numberOfBackups = 3}},
-      {"unknown-first",
-       false,
-       8,
-       {.clients = {"Pine", "Apple Mail"}, .relaunchClient = true, .numberOfBackups = 5}},
+      {"unknown-first", false, 8, {.clients = first, .relaunchClient = true, .numberOfBackups = 5}},
       // An unknown name has its server copy too, and leaves the maximum of the client before it.
-      {"unknown-second",
-       true,
-       14,
-       {.clients = {"Apple Mail", "apple mail"}, .relaunchClient = true, .numberOfBackups = 5}},
+      {"unknown-second", true, 14, {.clients = second, .relaunchClient = true, .numberOfBackups = 5}},
   };
   for (auto& row : rows) {
     row.options.destination = kBackupDisk;
@@ -73,6 +75,57 @@ TEST_F(ScriptAssemblyTest, StartsAnewEveryTime) {
   ASSERT_EQ(record.manifests.size(), 2U);
   EXPECT_EQ(record.manifests[0].client, "Apple Mail + Address Book");
   EXPECT_EQ(record.contentsLocation, record.manifests[1].path);
+}
+
+// The clients themselves are gone through with their table.
+TEST(ClientSnippets, QuitTheAddressBookWhateverTheClient) {
+  const struct {
+    const char* client;
+    bool isHeader;
+    int minorSystemVersion;
+    std::string golden[2];
+  } rows[] = {
+      {"Apple Mail", true, 7, {"quit-mail", "quit-address-book"}},
+      {"Apple Mail", true, 8, {"quit-mail", "quit-contacts"}},
+      {"Microsoft Entourage 2004", true, 0, {"offline", "quit-address-book"}},
+      {"Pine", true, 15, {"quit-contacts"}},
+      {"Thunderbird", false, 7, {"relaunch-common"}},
+      {"Pine", false, 8, {"relaunch-unknown"}},
+  };
+  for (const auto& row : rows) {
+    std::string expected = "so far\n";
+    for (const auto& name : row.golden) expected += name.empty() ? "" : readGolden("snippets/" + name);
+    auto facts = annasFacts();
+    facts.minorSystemVersion = row.minorSystemVersion;
+    auto record = defaultRecord();
+    record.quitEntourage = false;
+    const Client* client = findClient(clientTable(), row.client, true);
+    EXPECT_EQ(addAppleScriptTo("so far\n", client, row.isHeader, true, record, facts), expected)
+        << row.client << " on " << row.minorSystemVersion;
+  }
+}
+
+// A stand-in that quits some time after it was asked to, and then one that does not run.
+TEST(ClientSnippets, TheQuitLoopWaitsForAClientThatTakesItsTime) {
+  const ScratchFolder folder;
+  const std::string name = "corvane-slow-client-" + std::to_string(::getpid());
+  std::filesystem::copy_file("/bin/sleep", folder.path(name));
+  const std::string start = folder.path(name) + " 1000 >/dev/null 2>&1 & echo $!";
+  const std::string pid = runTool({"/bin/sh", "-c", start}).output;
+  ASSERT_NE(pid, "");
+  // A program of its own does the waiting: the arguments of this one hold the client's name, as `ps` sees it.
+  const auto end = folder.writeScript("end", "sleep 2\nkill " + pid);
+  folder.writeScript("osascript", "echo asked\n" + end + " >/dev/null 2>&1 &\n");
+
+  const Client client{.displayName = "Slow", .processPattern = name, .application = name};
+  const std::string snippet = addAppleScriptTo("", &client, true, false, RunRecord(), Facts());
+  const auto script =
+      folder.writeScript("quit.sh", "PATH=" + folder.path() + ":$PATH\n" + snippet + "echo over\n");
+  const auto quit = [&] { return runTool(commandForScript({script}, "")).output; };
+  const auto before = std::chrono::steady_clock::now();
+  EXPECT_EQ(quit(), "Quiting email application...\nasked\nWaiting for " + name + " to quit\nover\n");
+  EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::seconds(2));
+  EXPECT_EQ(quit(), "Quiting email application...\nover\n");
 }
 
 }  // namespace

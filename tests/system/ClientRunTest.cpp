@@ -119,31 +119,6 @@ TEST_F(ClientRunTest, AFolderThatTakesNoManifestIsArchivedWithoutOne) {
   EXPECT_EQ(readTestFile(folder + "/Contents.plist/mine"), "the user's");
 }
 
-TEST_F(ClientRunTest, TheAddressBookIsArchivedBesideTheMail) {
-  configure({"Apple Mail"}, "<key>Backup Address Book</key><false/>");
-  writeTestFile(engine.library() + "/Mail/V9/1.emlx", "mail");
-  const std::string book = engine.library() + "/Application Support/AddressBook";
-  writeTestFile(book + "/AddressBook.abcddb", "cards");
-  EXPECT_EQ(engine.run(), 0);
-  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("Mail+AB.qvb"));
-  const std::string out = unpack("Mail+AB.qvb");
-  EXPECT_THAT(namesIn(out), ElementsAre("AB", "Contents.plist", "Mail"));
-  EXPECT_THAT(namesIn(out + "/Mail"), ElementsAre("Mail.zip"));
-  EXPECT_THAT(readTestFile(out + "/Contents.plist"), HasSubstr("<string>Apple Mail + Address Book</string>"));
-  ASSERT_EQ(runTool({"/usr/bin/unzip", "-q", out + "/AB/AddressBook.zip", "-d", out + "/cards"}).status, 0);
-  EXPECT_EQ(runTool({"/usr/bin/diff", "-r", book, out + "/cards"}).output, "");
-}
-
-// The path that `ditto` gets holds a backslash: usually nothing is there, and nobody is told.
-TEST_F(ClientRunTest, MailBehindABackslashIsLeftOut) {
-  configure({"GyazMail"});
-  writeTestFile(engine.library() + "/Preferences/jp.gyazsquare.GyazMail.plist", "settings");
-  writeTestFile(engine.library() + "/Application Support/GyazMail/inbox", "mail");
-  EXPECT_EQ(engine.run(), 0);
-  ASSERT_THAT(namesIn(engine.destination()), ElementsAre("GyazMail.qvb"));
-  EXPECT_THAT(namesIn(unpack("GyazMail.qvb")), ElementsAre("Contents.plist", "jp.gyazsquare.GyazMail.plist"));
-}
-
 // The shell finds no end of the text that the open quote starts, and gives up there.
 TEST_F(ClientRunTest, AnOpenQuoteEndsTheScriptBeforeTheRename) {
   configure({"Mailsmith", "Postbox"});

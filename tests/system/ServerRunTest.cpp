@@ -133,9 +133,7 @@ class ServerRunTest : public testing::Test {
 };
 
 struct Protocol {
-  const char* name;
-  const char* server;
-  const char* helper;
+  const char *name, *server, *helper;
 };
 
 class ProtocolRunTest : public ServerRunTest, public testing::WithParamInterface<Protocol> {};
@@ -184,8 +182,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, ProtocolRunTest,
                          [](const auto& test) { return test.param.name; });
 
 struct Refusal {
-  const char* name;
-  const char* protocol;
+  const char *name, *protocol;
   const char* server;  // what is served
   const char* host;    // null for the server's own
   const char* password;

@@ -15,11 +15,7 @@ class DittoFailureTest : public DittoKit {
 };
 
 struct FailureCase {
-  const char* what;
-  const char* prepare;
-  const char* start = "";
-  const char* source = "source";
-  const char* named = "out/a.zip";
+  const char *what, *prepare, *start = "", *source = "source", *named = "out/a.zip";
 };
 
 class FailedArchiveTest : public DittoFailureTest, public testing::WithParamInterface<FailureCase> {};

@@ -138,14 +138,6 @@ TEST_F(PLAttachedWindowTest, FillsInWhatAnInitialiserDoesNotSay) {
   }
 }
 
-TEST_F(PLAttachedWindowTest, LeavesTheKeyboardAlone) {
-  const auto before = screen().focus();
-  [window orderFrontRegardless];
-  ASSERT_TRUE(handleEventsUntil([&] { return screen().pixel(200, 90) != background; }));
-  EXPECT_EQ(screen().focus(), before);
-  EXPECT_FALSE([window isKeyWindow]);
-}
-
 // Where a compositor shows nothing of the window, the mouse meets nothing of it either.
 TEST_F(PLAttachedWindowTest, IsDraggedByItsBackground) {
   ASSERT_TRUE(virtualDisplay().startCompositor());
