@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sstream>
 
 #include "app/MissingApplication.h"
 #include "process/FileLock.h"
@@ -100,39 +101,32 @@ TEST_F(AppControllerTest, FollowsAliasesAndWritesManifestsThroughThem) {
   EXPECT_EQ(lists.written.size(), 2U);
 }
 
-// Each row is a run of its own; what the ports are asked is separated by bars.
+// Each row is a run of its own: chunks of output, and what the ports are asked, each with a bar at its end.
 TEST(AppControllerOutput, IsShownCountedAndJudged) {
+  const std::string done = "Backup completed successfully", mail = "----Launch Apple Mail----";
   const struct {
-    std::vector<const char*> chunks;
-    const char* events;
+    std::string chunks, events;
     bool succeeds;
   } rows[] = {
-      {{}, "", false},
-      {{"Backing up Mail..."}, "status Backing up Mail...|advance 1|", false},
-      {{"Backup completed succ", "essfully.\n"},
-       "status Backup completed succ|advance 1|status essfully.\n|advance 1|",
+      {"", "", false},
+      {"Backing up Mail...|", "status Backing up Mail...|advance 1|", false},
+      {"Backup completed succ|essfully.\n|",
+       "status Backup completed succ|advance 1|status essfully.\n|advance 1|", false},
+      {done + "|dyld: noise|", "status " + done + "|advance 1|advance 1|", true},
+      {"failed|dyld: " + done + "|", "status failed|advance 1|advance 1|", false},
+      {done + "|Shutting Down Mac|", "status " + done + "|advance 1|status Shutting Down Mac|advance 1|",
        false},
-      {{"Backup completed successfully", "dyld: noise"},
-       "status Backup completed successfully|advance 1|advance 1|",
-       true},
-      {{"failed", "dyld: Backup completed successfully"}, "status failed|advance 1|advance 1|", false},
-      {{"Backup completed successfully", "Shutting Down Mac"},
-       "status Backup completed successfully|advance 1|status Shutting Down Mac|advance 1|",
-       false},
-      {{"----Launch Apple Mail----\n", "Launching\n----Launch Apple Mail----"},
-       "launch Mail.app|advance 1|launch Mail.app|advance 1|",
-       false},
-      {{"----Launch Apple Mail----\n\nBackup completed successfully.\n"},
-       "launch Mail.app|advance 1|status \nBackup completed successfully.\n|advance 1|",
-       true},
-      {{"Waiting for Mail to quit", "Waiting forever", "Removing old backup"},
+      {mail + "\n|Launching\n" + mail + "|", "launch Mail.app|advance 1|launch Mail.app|advance 1|", false},
+      {mail + "\n\n" + done + ".\n|", "launch Mail.app|advance 1|status \n" + done + ".\n|advance 1|", true},
+      {"Waiting for Mail to quit|Waiting forever|Removing old backup|",
        "status Waiting for Mail to quit|status Waiting forever|advance 1|status Removing old backup|",
        false}};
   for (const auto& row : rows) {
     Machine run;
     run.start();
     run.eventsSince();
-    for (const char* chunk : row.chunks) run.runLoop.output(chunk);
+    std::istringstream chunks(row.chunks);
+    for (std::string chunk; std::getline(chunks, chunk, '|');) run.runLoop.output(chunk);
     std::string events;
     for (const auto& event : run.eventsSince()) events += event + "|";
     EXPECT_EQ(events, row.events);
@@ -235,8 +229,7 @@ TEST_F(StagingTest, FailureCleansUpAndOffersTheLog) {
   const std::string manifest = support() + "/Contents.plist";
   ASSERT_TRUE(lists.written.contains(manifest));
   EXPECT_EQ(*lists.written[manifest].at("Date").as<std::string>(), "09/03/2026");
-  std::string problem;
-  ASSERT_TRUE(writeFileAtomically(manifest, "manifest", problem));
+  writeTestFile(manifest, "manifest");
   EXPECT_THAT(eventsSince(), testing::IsSupersetOf({"status Determining Backup Size...", "maximum 8"}));
 
   runLoop.output("Backup failed.");

@@ -80,13 +80,6 @@ TEST_F(HeadlessRunTest, TheEndFromOutsideEndsTheScriptToo) {
   EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, std::chrono::seconds(5)));
 }
 
-// {"Destination": "/tmp"} as a binary property list.
-const std::string kBinary(
-    "bplist00\xD1\x01\x02[DestinationT/tmp\x08\x0B\x17\x00\x00\x00\x00\x00\x00\x01"
-    "\x01\x00\x00\x00\x00\x00\x00\x00\x03\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00"
-    "\x00\x00\x00\x00\x1C",
-    63);
-
 // No configuration here names the application.
 TEST(SettingsFilesTest, DecideWhetherTheRunStartsAndFindsItsDestination) {
   const std::string daily = "{ currentConfiguration = Daily; }", old = "{ Destination = \"/tmp\"; }";
@@ -105,7 +98,7 @@ TEST(SettingsFilesTest, DecideWhetherTheRunStartsAndFindsItsDestination) {
               {daily, "", "", "Config.plist"},
               {daily, "", "{ Destination = " + std::string(100000, '('), "Config.plist"},
               {daily, "", "{ Destination = (\"/tmp\"); }", "Config.plist"},
-              {daily, "", kBinary, started}};
+              {daily, "", old, started}};
   for (const auto& row : rows) {
     SCOPED_TRACE(&row - rows);
     EngineRun engine;
