@@ -118,6 +118,7 @@ TEST_F(PLAttachedWindowTest, FollowsItsParentWindow) {
   EXPECT_FALSE([child validateMenuItem:item]);
   EXPECT_TRUE([window validateMenuItem:item]);  // it has no parent
   EXPECT_FALSE([window canBecomeMainWindow]);
+  EXPECT_TRUE([window hasShadow] && [window isExcludedFromWindowsMenu]);
 }
 
 // At (500, 400) there is room below: 304 x 84 without, 304 x 100 with the arrow's space.
