@@ -21,13 +21,17 @@ constexpr std::string_view kLoop = R"(
 
 constexpr std::string_view kDateCommand = "`date";
 
+// Of a character of several bytes, all but the first.
+bool isInsideCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xc0U) == 0x80; }
+
 }  // namespace
 
 std::string rotationPattern(std::string_view filename) {
   const auto date = filename.find(kDateCommand);
   if (date != 0) return std::string(filename.substr(0, date));
-  const auto afterSeparator = filename.rfind('`') + 2;
-  return std::string(filename.substr(std::min(afterSeparator, filename.size())));
+  auto start = filename.rfind('`') + 2;  // behind the first byte of the separator
+  while (start < filename.size() && isInsideCharacter(filename[start])) ++start;
+  return std::string(filename.substr(std::min(start, filename.size())));
 }
 
 std::string addLimitedBackups(int limit, std::string_view /*client*/, std::string script,

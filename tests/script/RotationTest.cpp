@@ -19,6 +19,7 @@ TEST(Rotation, PatternIsWhatTheNamesOfAClientsArchivesShare) {
       {"`date +%d%b%Y`-Studio-`date +%H%M`_Mail.qvb", "Mail.qvb"},
       {"`date +%d%b%Y`", ""},
       {"`date +%d%b%Y`-", ""},
+      {"`date +%d%b%Y`–Üben.qvb", "Üben.qvb"},
       {"Mail-`hostname`.qvb", "Mail-`hostname`.qvb"},  // the user's own command is no date
       {"`dat`e Mail.qvb", "`dat`e Mail.qvb"},
       {"`date", "ate"},  // never closed: the last backquote is the first
