@@ -22,10 +22,11 @@ char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + '
 std::string QSComputerName::getComputerName() { return getComputerName(currentHostName()); }
 
 std::string QSComputerName::getComputerName(std::string_view hostName) {
-  std::string name(hostName.substr(0, hostName.find(".local")));
-  if (name.empty()) return "Unknown Computer Name";
+  hostName.remove_prefix(std::min(hostName.find_first_not_of(" \t\n\v\f\r"), hostName.size()));
+  std::string name(hostName);
   std::transform(name.begin(), name.end(), name.begin(), lower);
-  return name;
+  name.resize(std::min(name.find(".local"), name.size()));
+  return name.empty() ? "Unknown Computer Name" : name;
 }
 
 std::string QSComputerName::getLocalizedComputerName() { return getLocalizedComputerName(currentHostName()); }

@@ -9,7 +9,8 @@ namespace corvane {
 
 class QSComputerName {
  public:
-  /// The host name up to the first ".local", in lower case; "Unknown Computer Name" when nothing is left.
+  /// The host name without the white space at its beginning, up to the first ".local" in capitals or not, in
+  /// lower case; "Unknown Computer Name" when nothing is left.
   [[nodiscard]] static std::string getComputerName();
   [[nodiscard]] static std::string getComputerName(std::string_view hostName);
 

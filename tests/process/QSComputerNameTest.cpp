@@ -10,10 +10,10 @@ TEST(QSComputerName, HostNameUpToLocalInLowerCaseAndLocalizedOnlyWithoutItsBlank
     const char *host, *name, *localized;
   } rows[] = {{"Office-Mac.local", "office-mac", "Office-Mac.local"},
               {"ZA.localhost.local", "za", "ZA.localhost.local"},
-              {" Anna's  Mac\t.local.", " anna's  mac\t", "-Anna's--Mac\t.local."},
+              {" \tAnna's  Mac\t.LOCAL.", "anna's  mac\t", "-\tAnna's--Mac\t.LOCAL."},
               {"local", "local", "local"},
               {".local.Mac", "Unknown Computer Name", ".local.Mac"},
-              {"", "Unknown Computer Name", ""}};
+              {" ", "Unknown Computer Name", "-"}};
   for (const auto& row : rows) {
     EXPECT_EQ(QSComputerName::getComputerName(row.host), row.name);
     EXPECT_EQ(QSComputerName::getLocalizedComputerName(row.host), row.localized);
