@@ -49,16 +49,19 @@ bool QSCrontabModifier::checkForJob(const std::string& text) {
 }
 
 // Having none is an error to the tool, like all others: only its words tell which one it was. They are not
-// part of a listing, so that it is run once more for them.
+// part of a listing, so that it is run once more for them. What it listed is nothing for the log.
 bool QSCrontabModifier::listCrontab() {
   ToolResult listing = runTool({tool_, "-l"}, Capture::outputOnly);
   const auto text = utf16FromUtf8(listing.output);
   resultsAreBytes_ = !text;
   results_ = text ? *text : widened(listing.output);
   if (listing.complete && (listing.status == 0 || saysThereIsNone(results_))) return true;
-  if (listing.output.empty()) {
+  const std::string listed = std::exchange(listing.output, {});
+  if (listed.empty() || listing.complete) {
     listing = runTool({tool_, "-l"});
-    if (listing.status > 0 && saysThereIsNone(widened(listing.output))) return true;
+    if (listed.empty() && listing.status > 0 && saysThereIsNone(widened(listing.output))) return true;
+    const auto at = listing.output.find(listed);
+    listing.output = at == std::string::npos ? "" : listing.output.erase(at, listed.size());
   }
   log("cannot list the crontab: " + causeOf(listing));
   return false;

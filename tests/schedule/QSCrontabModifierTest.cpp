@@ -99,7 +99,7 @@ TEST(CrontabTool, IsGivenOnlyWhatItListedForCertain) {
       {"echo 'crontab: no crontab for anna'; exit 1", "", ""},
       {"echo '# says crontab: no crontab'", "# says crontab: no crontab\n", ""},
       {"echo 'Input/output error' >&2; exit 1", nullptr, "the crontab: exit status 1: Input/output error"},
-      {"echo '# crontab: no crontab'; exit 1", nullptr, "exit status 1"},
+      {"echo '# crontab: no crontab'; echo 'no room' >&2; exit 1", nullptr, "exit status 1: no room\n"},
       {"echo '# the first'; kill -KILL $$", nullptr, "exit status 137"},
       {"head -c 70000000 /dev/zero", nullptr, "exit status 0 and cut short"},
       // [0,18) goes first, [18,37) is then the last two of 20 units.
