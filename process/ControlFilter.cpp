@@ -1,6 +1,7 @@
 #include "process/ControlFilter.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvane {
 namespace {
@@ -10,12 +11,17 @@ constexpr unsigned char kBell = 0x07;
 constexpr unsigned char kDelete = 0x7f;
 constexpr unsigned char kFirstNonAscii = 0x80;
 constexpr unsigned char kHighControlLead = 0xc2;
+constexpr std::size_t kLongestString = 4096;
 
 bool isLayout(unsigned char byte) { return byte == '\n' || byte == '\r' || byte == '\t'; }
 bool isControl(unsigned char byte) { return byte < 0x20 || byte == kDelete; }
 
 // U+0080 to U+009F, each the one-character form of an escape sequence.
-bool isHighControl(char secondByte) { return static_cast<unsigned char>(secondByte) < 0xa0; }
+bool isHighControl(std::string_view text) {
+  if (text.size() < 2 || static_cast<unsigned char>(text[0]) != kHighControlLead) return false;
+  const auto second = static_cast<unsigned char>(text[1]);
+  return second >= kFirstNonAscii && second < 0xa0;
+}
 
 bool needsCare(char character) {
   const auto byte = static_cast<unsigned char>(character);
@@ -60,21 +66,28 @@ std::string ControlFilter::filter(std::string_view text) {
   plain.reserve(text.size());
   for (std::size_t at = 0; at < text.size(); ++at) {
     const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte == '\n' || byte == '\r') state_ = State::text;
-    const bool inString = state_ == State::string;
-    const bool shown = isLayout(byte) || (!isControl(byte) && state_ == State::text) ||
-                       (byte >= kFirstNonAscii && !inString);
+    if (byte == '\n' || byte == '\r' || held_.size() == kLongestString) {
+      plain += std::exchange(held_, {});  // no string of a command after all
+      state_ = State::text;
+    }
+    const State before = state_;
     if (!isLayout(byte)) state_ = next(byte);
-    if (!shown) continue;
-    if (byte == kHighControlLead && at + 1 < text.size() && isHighControl(text[at + 1])) {
+    if (state_ != State::string) held_.clear();
+    if (isHighControl(text.substr(at))) {
       ++at;
-    } else {
+    } else if (before == State::string) {
+      if (state_ == State::string && !isControl(byte)) held_ += text[at];
+    } else if (isLayout(byte) || (!isControl(byte) && before == State::text) || byte >= kFirstNonAscii) {
       plain += text[at];
     }
   }
   return plain;
 }
 
-std::string withoutControls(std::string_view text) { return ControlFilter().filter(text); }
+std::string withoutControls(std::string_view text) {
+  std::string plain = ControlFilter().filter(std::string(text) + '\n');
+  plain.pop_back();
+  return plain;
+}
 
 }  // namespace corvane

@@ -14,6 +14,7 @@
 
 #include "process/ControlFilter.h"
 #include "process/Files.h"
+#include "process/Utf8Decoder.h"
 
 namespace corvane {
 namespace {
@@ -45,7 +46,7 @@ void writeAll(int descriptor, std::string_view bytes) {
 
 void log(std::string_view text) {
   std::string line = stamp();
-  line += withoutControls(text);
+  line += withoutControls(Utf8Decoder().decode(text));
   if (line.back() != '\n') line += '\n';
   writeAll(STDERR_FILENO, line);
 }

@@ -7,9 +7,9 @@
 
 namespace corvane {
 
-/// Writes "DATE TIME NAME[PID:TID] text" to standard error, without control characters but line breaks and
-/// tabs. A line break at the end of `text` is not doubled. Never fails: a log that cannot be written must not
-/// stop a backup.
+/// Writes "DATE TIME NAME[PID:TID] text" to standard error, as valid UTF-8 without control characters but
+/// line breaks and tabs. A line break at the end of `text` is not doubled. Never fails: a log that cannot be
+/// written must not stop a backup.
 void log(std::string_view text);
 
 /// Appends standard error to the file at `path` from now on, making its folder and itself when missing;

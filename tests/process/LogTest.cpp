@@ -16,7 +16,7 @@ TEST(Log, WritesOneStampedLineEachToWhereStandardErrorLeads) {
   const StandardError errors;
   const ScratchFolder folder;
   const std::string file = folder.path("Logs/Corvane.log");
-  for (const char* text : {"first", "second\n"}) {
+  for (const char* text : {"first", "sec\xC2\x07\x9Bond\n"}) {
     ASSERT_TRUE(reopenStandardError(file));
     log(text);
   }
@@ -25,7 +25,7 @@ TEST(Log, WritesOneStampedLineEachToWhereStandardErrorLeads) {
   EXPECT_FALSE(reopenStandardError(file + "/Corvane.log"));
   log("");
   EXPECT_THAT(folder.read("Logs/Corvane.log"),
-              MatchesRegex(kStamp + "first\n" + kStamp + "second\n" + kStamp + "\n"));
+              MatchesRegex(kStamp + "first\n" + kStamp + "sec\uFFFD\uFFFDond\n" + kStamp + "\n"));
   EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
 }
 

@@ -21,7 +21,8 @@ TEST(ControlFilter, LeavesOnlyTextAndLineBreaks) {
       {"a\0b\x07\x63\x08\x64\x7f\x65\x0e"s, "abcde"},
       {"\xc2\x9b\x33\x31mred\xc2\x85z\xc2\xa0ü", "31mredz\xc2\xa0ü"},
       {"\x1b[3ümlaut", "ümlaut"},
-      {"\x1b]0;never ended\nBackup completed", "\nBackup completed"},
+      {"\x1b]0;neverBackup completed\nnext\x1b]\a", "0;neverBackup completed\nnext"},
+      {"\x1b]" + std::string(5000, 'x') + "\a\x1b]y\az", std::string(5000, 'x') + "z"},
       {"\x1b[12\r\nBackup completed", "\r\nBackup completed"},
   };
   for (const auto& [text, shown] : rows) {
