@@ -39,9 +39,11 @@ struct RunRecord {
 
   // Written by the recipes.
   std::string finalFileName;
-  std::string contentsLocation;                ///< manifest to delete when the run ends; empty for none
-  std::string emailTempDirectoryPath;          ///< staging folder
-  std::optional<std::string> tempFolderStore;  ///< staging folder to delete after a failed run, shell-escaped
+  std::string contentsLocation;        ///< manifest to delete when the run ends; empty for none
+  std::string emailTempDirectoryPath;  ///< staging folder
+  /// Staging folder to delete after a failed run: the same path, of which the controller takes backslashes
+  /// out.
+  std::optional<std::string> tempFolderStore;
   std::string mailTempFolder;
   std::string mailSizeTempFolder;  ///< its growth shows how far the copy of Apple Mail's data has come
   std::vector<Manifest> manifests;
