@@ -10,6 +10,7 @@
 namespace corvane {
 namespace {
 
+constexpr auto npos = std::string_view::npos;
 constexpr const char* kUnfinishedArchive = ".ditto-";  // as our `ditto` calls it until it is complete
 
 bool isLetterOrDigit(char character) {
@@ -19,20 +20,37 @@ bool isLetterOrDigit(char character) {
 
 bool holdsALetter(std::string_view text) { return std::any_of(text.begin(), text.end(), isLetterOrDigit); }
 
-// A date and nothing else would be the name of too much that is not ours.
-std::optional<WorkName> archiveName(const std::string& folder, const std::string& name) {
-  const auto command = name.find('`');
-  if (command == std::string::npos) return WorkName{folder, name};
-  const std::string end = name.substr(name.rfind('`') + 1);
-  const std::string begin = name.substr(0, command);
-  if (!holdsALetter(begin) && !holdsALetter(end.substr(0, end.rfind('.')))) return std::nullopt;
-  return WorkName{folder, begin, end, Between::date};
+// Names of months hold other characters in other languages: "nov.", "Mär", " 1月", "C'hwe".
+bool canBeOfADate(char character) {
+  const bool isAscii = static_cast<unsigned char>(character) < 0x80;
+  return !isAscii || isLetterOrDigit(character) || std::string_view("-.' ").find(character) != npos;
 }
 
-WorkName halfWritten(const std::string& path) {
-  const auto slash = path.find_last_of('/');
-  return {path.substr(0, slash),
-          path.substr(slash + 1) + ".",
+// Two digits for the day and four for the year, at least.
+bool isLikelyDate(std::string_view text) {
+  constexpr std::size_t kLongest = 32;
+  const auto digits =
+      std::count_if(text.begin(), text.end(), [](char one) { return one >= '0' && one <= '9'; });
+  return digits >= 6 && text.size() <= kLongest && text.find("20") != npos && text.find(' ') == npos &&
+         std::all_of(text.begin(), text.end(), canBeOfADate);
+}
+
+// None for what cannot be the name of an entry of the folder.
+std::optional<WorkName> archiveName(const std::string& folder, const std::string& name) {
+  const auto command = name.find('`');
+  const std::string begin = name.substr(0, command);
+  const std::string end = command == npos ? "" : name.substr(name.rfind('`') + 1);
+  if ((begin + end).find('/') != npos || name.find_first_not_of('.') == npos) return std::nullopt;
+  if (command == npos) return WorkName{folder, name};
+  const bool isNamed = holdsALetter(begin) || holdsALetter(end.substr(0, end.rfind('.')));
+  return WorkName{folder, begin, end, isNamed ? Between::date : Between::dateAlone};
+}
+
+// Whose name ends with six characters by which it differs from others, and which is in nobody's way.
+WorkName temporaryFile(const std::string& beginning) {
+  const auto slash = beginning.find_last_of('/');
+  return {beginning.substr(0, slash),
+          beginning.substr(slash + 1),
           "",
           Between::sixCharacters,
           EntryKind::file,
@@ -43,28 +61,49 @@ bool fits(Between between, std::string_view text) {
   const auto all = [&](auto isOne) { return std::all_of(text.begin(), text.end(), isOne); };
   switch (between) {
     case Between::date:
-      return !text.empty() && all([](char one) { return one == '-' || isLetterOrDigit(one); });
+      return !text.empty() && all(canBeOfADate);
+    case Between::dateAlone:
+      return isLikelyDate(text);
     case Between::sixCharacters:
       return text.size() == 6 && all(isLetterOrDigit);
     case Between::sixteenDigits:
-      return text.size() == 16 && text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+      return text.size() == 16 && text.find_first_not_of("0123456789abcdef") == npos;
     case Between::nothing:
       break;
   }
   return text.empty();
 }
 
-bool matches(const WorkName& work, std::string_view name) {
-  if (name.size() < work.prefix.size() + work.suffix.size()) return false;
-  if (!name.starts_with(work.prefix) || !name.ends_with(work.suffix)) return false;
+std::string_view textBetween(const WorkName& work, std::string_view name) {
   name.remove_prefix(work.prefix.size());
   name.remove_suffix(work.suffix.size());
-  return fits(work.between, name);
+  return name;
 }
 
-const char* obstacle(const Entry& entry, EntryKind wanted) {
+bool matches(const WorkName& work, std::string_view name) {
+  return name.size() >= work.prefix.size() + work.suffix.size() && name.starts_with(work.prefix) &&
+         name.ends_with(work.suffix) && fits(work.between, textBetween(work, name));
+}
+
+// What may stand at these names; nothing when it cannot be known. A single name needs no look into its
+// folder, which may be closed to us.
+std::optional<std::vector<std::string>> candidates(const WorkName& work) {
+  if (work.between == Between::nothing) return std::vector{work.prefix};
+  auto names = entryNames(work.folder);
+  if (names) std::erase_if(*names, [&](const std::string& name) { return !matches(work, name); });
+  return names;
+}
+
+// A user's own file can have a name like that of an archive, too.
+bool mayBeRemoved(const WorkName& work, const std::string& name) {
+  if (work.between == Between::dateAlone) return false;
+  return work.between != Between::date || isLikelyDate(textBetween(work, name));
+}
+
+const char* obstacle(const std::string& path, const Entry& entry, EntryKind wanted) {
+  if (entry.kind == EntryKind::unknown) return "it cannot be looked at";
   if (entry.kind == EntryKind::link) return "it is a link";
-  if (!entry.isOurs) return "it belongs to another user";
+  if (!entry.isOurs && !hasOwnerOfNewFiles(path)) return "it belongs to another user";
   if (entry.kind != wanted) return "something else has its name";
   return nullptr;
 }
@@ -76,16 +115,19 @@ std::string inOneLine(std::string path) {
   return path;
 }
 
-bool clear(const WorkName& work, const std::string& path, bool isAlone) {
+bool clear(const WorkName& work, const std::string& name, bool isAlone) {
+  const std::string path = work.folder + "/" + name;
   const Entry entry = entryAt(path);
-  const char* problem = obstacle(entry, work.kind);
+  if (entry.kind == EntryKind::none) return true;
+  const char* problem = obstacle(path, entry, work.kind);
+  if (!problem && !mayBeRemoved(work, name)) return true;
   if (!problem && !isAlone) problem = "another backup may be at work there";
   if (!problem) {
     log("Removing what an earlier backup left behind: " + inOneLine(path));
     if (removeTree(path)) return true;
     problem = "it cannot be removed";
   }
-  if (entry.kind == EntryKind::none || !work.isUsed) return true;
+  if (!work.isUsed) return true;
   log("cannot use " + inOneLine(path) + ": " + problem);
   return false;
 }
@@ -98,22 +140,41 @@ std::vector<WorkName> workNames(const RunRecord& record, const std::string& dest
   std::vector<WorkName> names{{base, std::string(kStagingName), "", Between::nothing, EntryKind::folder},
                               {base, std::string(kArchiveInProgress)},
                               {base, kUnfinishedArchive, "", Between::sixteenDigits, EntryKind::file, false},
-                              halfWritten(supportFolder + ".corvane.sh")};
+                              temporaryFile(base + "/.corvane."),  // by which owners are compared
+                              temporaryFile("/tmp/corvane-mount."),
+                              temporaryFile(supportFolder + ".corvane.sh.")};
   for (const auto& archive : record.copiedArchives) {
     if (const auto name = archiveName(base, archive)) names.push_back(*name);
   }
-  for (const auto& manifest : record.manifests) names.push_back(halfWritten(manifest.path));
+  for (const auto& manifest : record.manifests) names.push_back(temporaryFile(manifest.path + "."));
   return names;
 }
 
 bool clearLeftovers(const std::vector<WorkName>& names, bool isAlone) {
   bool areFree = true;
   for (const auto& work : names) {
-    for (const auto& name : entryNames(work.folder)) {
-      if (matches(work, name) && !clear(work, work.folder + "/" + name, isAlone)) areFree = false;
+    const auto found = candidates(work);
+    if (!found && work.isUsed) {
+      log(errnoSentence("list", work.folder));
+      areFree = false;
+    }
+    for (const auto& name : found.value_or(std::vector<std::string>{})) {
+      if (!clear(work, name, isAlone)) areFree = false;
     }
   }
   return areFree;
+}
+
+void logIntruders(const std::vector<WorkName>& names) {
+  for (const auto& work : names) {
+    if (!work.isUsed) continue;
+    for (const auto& name : candidates(work).value_or(std::vector<std::string>{})) {
+      const std::string path = work.folder + "/" + name;
+      const Entry entry = entryAt(path);
+      const char* problem = entry.kind == EntryKind::none ? nullptr : obstacle(path, entry, work.kind);
+      if (problem) log("cannot trust " + inOneLine(path) + ", where this backup was made: " + problem);
+    }
+  }
 }
 
 }  // namespace corvane

@@ -13,7 +13,8 @@ namespace corvane {
 /// What stands between the fixed beginning and end of a name.
 enum class Between {
   nothing,
-  date,           ///< letters, digits and "-", as `date` writes them
+  date,           ///< what `date` may write in some language; removed only if that is likely
+  dateAlone,      ///< what `date` is likely to have written; without a name of ours beside it, never removed
   sixCharacters,  ///< letters and digits that make a half-written file's name unique
   sixteenDigits,  ///< of hexadecimal numbers, for our `ditto`
 };
@@ -35,8 +36,11 @@ struct WorkName {
 
 /// Removes, and logs, what stands at these names, is of their kind, and belongs to this user; nothing unless
 /// `isAlone`, since it may then be the work of a run that is going on. True when all
-/// names that are used are free afterwards; else false, and a log line says what is in the way: a link or
-/// something of another user's could lead the user's mail astray.
+/// names that are used are free afterwards; else false, and a log line says what is in the way, or that it
+/// cannot be seen: a link or something of another user's could lead the user's mail astray.
 [[nodiscard]] bool clearLeftovers(const std::vector<WorkName>& names, bool isAlone);
+
+/// Logs what came to stand at names that are used since they were free, and is no work of this user's.
+void logIntruders(const std::vector<WorkName>& names);
 
 }  // namespace corvane

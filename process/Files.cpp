@@ -69,28 +69,50 @@ bool isFolder(const std::string& path) {
   return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-std::vector<std::string> entryNames(const std::string& path) {
-  std::vector<std::string> names;
+std::optional<std::vector<std::string>> entryNames(const std::string& path) {
   DIR* folder = ::opendir(path.c_str());
-  if (!folder) return names;
+  if (!folder) return std::nullopt;
+  std::vector<std::string> names;
+  errno = 0;
   while (const dirent* entry = ::readdir(folder)) {
     const std::string_view name = entry->d_name;
     if (name != "." && name != "..") names.emplace_back(name);
+    errno = 0;
   }
+  const int cause = errno;
   ::closedir(folder);
+  errno = cause;
+  if (cause != 0) return std::nullopt;
   return names;
 }
 
-bool folderHasEntries(const std::string& path) { return !entryNames(path).empty(); }
+bool folderHasEntries(const std::string& path) {
+  const auto names = entryNames(path);
+  return names && !names->empty();
+}
 
 Entry entryAt(const std::string& path) {
   struct stat status {};
-  if (::lstat(path.c_str(), &status) != 0) return {errno == ENOENT ? EntryKind::none : EntryKind::other};
+  if (::lstat(path.c_str(), &status) != 0) {
+    const bool canBeNone = errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG;
+    return {canBeNone ? EntryKind::none : EntryKind::unknown};
+  }
   Entry entry{EntryKind::other, status.st_uid == ::geteuid()};
   if (S_ISREG(status.st_mode)) entry.kind = EntryKind::file;
   if (S_ISDIR(status.st_mode)) entry.kind = EntryKind::folder;
   if (S_ISLNK(status.st_mode)) entry.kind = EntryKind::link;
   return entry;
+}
+
+bool hasOwnerOfNewFiles(const std::string& path) {
+  struct stat old {};
+  struct stat fresh {};
+  std::string sample = path.substr(0, path.find_last_of('/')) + "/.corvane.XXXXXX";
+  const Descriptor file(::mkstemp(sample.data()));
+  if (file.number < 0) return false;
+  const bool areKnown = ::fstat(file.number, &fresh) == 0 && ::lstat(path.c_str(), &old) == 0;
+  ::unlink(sample.c_str());
+  return areKnown && fresh.st_uid == old.st_uid;
 }
 
 std::optional<std::string> readFile(const std::string& path, std::size_t limit, std::string& problem) {

@@ -17,17 +17,23 @@ namespace corvane {
 /// True when `path` is a folder that lists at least one entry.
 [[nodiscard]] bool folderHasEntries(const std::string& path);
 
-/// The names of what is in a folder, hidden entries too, in no order; none when it cannot be listed.
-[[nodiscard]] std::vector<std::string> entryNames(const std::string& folder);
+/// The names of what is in a folder, hidden entries too, in no order. Nothing, and `errno`, when it cannot be
+/// listed.
+[[nodiscard]] std::optional<std::vector<std::string>> entryNames(const std::string& folder);
 
-enum class EntryKind { none, file, folder, link, other };
+enum class EntryKind { none, file, folder, link, other, unknown };
 
 /// What a path names itself; a link is not followed.
 struct Entry {
-  EntryKind kind = EntryKind::none;  ///< other, too, when it cannot be found out
+  EntryKind kind = EntryKind::none;  ///< unknown when it cannot be found out
   bool isOurs = false;               ///< belongs to the user as whom this program runs
 };
 [[nodiscard]] Entry entryAt(const std::string& path);
+
+/// Whether the entry has the owner that a new file of ours gets in its folder: on volumes that keep no
+/// owners, or map them, that is another than the user. Makes a file ".corvane." and six characters there for
+/// a moment.
+[[nodiscard]] bool hasOwnerOfNewFiles(const std::string& path);
 
 /// The bytes of a regular file of at most `limit` bytes. Nothing, and the cause, when it is missing, not a
 /// regular file (a pipe would be waited for), larger, or cannot be read.

@@ -16,42 +16,43 @@ using testing::HasSubstr;
 TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
   RunRecord record;
   record.useAutomount = true;
-  record.copiedArchives = {"host-`date +%d`-`date +%H`-Mail.qvb", "plain.qvb", "`date +%d`.qvb", "`date`"};
+  record.copiedArchives = {"host-`date +%d`-`/bin/date`-Mail.qvb", "plain.qvb", "`date`.qvb", "a/b", ".."};
   record.manifests = {{.path = "/home/anna/Library/Thunderbird/Contents.plist"}};
   std::vector<std::string> names;
   for (const auto& work : workNames(record, "/Volumes/Disk", "/support/")) {
     names.push_back(work.folder + "/" + work.prefix +
                     (work.between == Between::nothing ? "" : "*" + work.suffix));
   }
-  EXPECT_THAT(names, ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*",
-                                 "/support/.corvane.sh.*", "/tmp/host-*-Mail.qvb", "/tmp/plain.qvb",
-                                 "/home/anna/Library/Thunderbird/Contents.plist.*"));
+  EXPECT_THAT(names,
+              ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*", "/tmp/.corvane.*",
+                          "/tmp/corvane-mount.*", "/support/.corvane.sh.*", "/tmp/host-*-Mail.qvb",
+                          "/tmp/plain.qvb", "/tmp/*.qvb", "/home/anna/Library/Thunderbird/Contents.plist.*"));
   record.useAutomount = false;
   EXPECT_EQ(workNames(record, "/Volumes/Disk", "/support/").front().folder, "/Volumes/Disk");
 }
 
-[[nodiscard]] bool clear(const std::string& folder, bool isAlone = true) {
-  return clearLeftovers({{folder, "stage", "", Between::nothing, EntryKind::folder},
-                         {folder, "work"},
-                         {folder, "temp-", "", Between::sixteenDigits, EntryKind::file, false},
-                         {folder, "note.", "", Between::sixCharacters, EntryKind::file, false},
-                         {folder, "host-", "-Mail.qvb", Between::date}},
-                        isAlone);
+[[nodiscard]] std::vector<WorkName> namesIn(const std::string& folder) {
+  return {{folder, "stage", "", Between::nothing, EntryKind::folder},
+          {folder, "work"},
+          {folder, "temp-", "", Between::sixteenDigits, EntryKind::file, false},
+          {folder, "note.", "", Between::sixCharacters, EntryKind::file, false},
+          {folder, "host-", "-Mail.qvb", Between::date},
+          {folder, "", ".qvb", Between::dateAlone}};
 }
 
 TEST(Leftovers, AreRemovedAndNothingElseIs) {
   const ScratchFolder folder;
   const StandardError errors;
   for (const char* name :
-       {"stage/Mail/Mail.zip", "work", "temp-0123456789abcdef", "note.aB3xYz", "host-09-Mail.qvb",
-        "host-Mail.qvb", "work2", "temp-1", "note.bak", "host-a.b-Mail.qvb"}) {
+       {"stage/Mail/Mail.zip", "work", "temp-0123456789abcdef", "note.aB3xYz", "host-09Mär2026-Mail.qvb",
+        "host-Mail.qvb", "work2", "temp-1", "note.bak", "host-a.b-Mail.qvb", "09nov.2026.qvb"}) {
     folder.write(name, "mail");
   }
-  EXPECT_FALSE(clear(folder.path(), false)) << "another run may be at work";
-  EXPECT_EQ(folder.list().size(), 10U);
-  EXPECT_TRUE(clear(folder.path()));
-  EXPECT_THAT(folder.list(),
-              ElementsAre("host-Mail.qvb", "host-a.b-Mail.qvb", "note.bak", "temp-1", "work2"));
+  EXPECT_FALSE(clearLeftovers(namesIn(folder.path()), false)) << "another run may be at work";
+  EXPECT_EQ(folder.list().size(), 11U);
+  EXPECT_TRUE(clearLeftovers(namesIn(folder.path()), true));
+  EXPECT_THAT(folder.list(), ElementsAre("09nov.2026.qvb", "host-Mail.qvb", "host-a.b-Mail.qvb", "note.bak",
+                                         "temp-1", "work2"));
   EXPECT_THAT(errors.text(),
               HasSubstr("] Removing what an earlier backup left behind: " + folder.path("work")));
 }
@@ -63,7 +64,8 @@ TEST(Leftovers, NamesThatAreTakenEndTheRun) {
         *cause;  // a link to what it names, unless that is "file", "folder" or "another's"
   } rows[] = {{"stage", "precious", "it is a link"},
               {"work", "nowhere", "it is a link"},
-              {"host-1-Mail.qvb", "precious", "it is a link"},
+              {"host- 1月-Mail.qvb", "precious", "it is a link"},
+              {"09nov.2026.qvb", "precious", "it is a link"},
               {"stage", "file", "something else has its name"},
               {"work", "folder", "something else has its name"},
               {"stage", "another's", "it belongs to another user"}};
@@ -80,8 +82,10 @@ TEST(Leftovers, NamesThatAreTakenEndTheRun) {
       ASSERT_EQ(::symlink(at.path(what).c_str(), path.c_str()), 0);
     }
     const StandardError errors;
-    EXPECT_FALSE(clear(at.path()));
+    EXPECT_FALSE(clearLeftovers(namesIn(at.path()), true));
     EXPECT_THAT(errors.text(), HasSubstr("cannot use " + path + ": " + cause));
+    logIntruders(namesIn(at.path()));
+    EXPECT_THAT(errors.text(), HasSubstr("cannot trust " + path));
     EXPECT_THAT(at.list(), testing::Contains(name));
     EXPECT_EQ(at.read("precious/mail"), "mail");
   }

@@ -2,11 +2,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 
+#include "app/Leftovers.h"
 #include "platform/mount/Helper.h"
 #include "platform/mount/MountFolder.h"
 #include "platform/mount/ServerMount.h"
@@ -14,6 +18,7 @@
 #include "tests/support/OwnMounts.h"
 #include "tests/support/ScratchFolder.h"
 #include "tests/support/SilentVolume.h"
+#include "tests/support/StandardError.h"
 #include "tests/support/WaitFor.h"
 
 namespace corvane {
@@ -182,6 +187,20 @@ TEST(VolumeTest, OneThatDoesNotAnswerIsNotWaitedForAndCanBeTakenAway) {
   EXPECT_EQ(lookAtVolume(folder, kLong).state, VolumeState::broken);
   detachVolume(folder, kLong);
   EXPECT_EQ(lookAtVolume(folder, kLong).state, VolumeState::none);
+}
+
+// On a volume that maps owners a user's files are another's; and a folder can be used that cannot be listed.
+TEST(LeftoversOnAVolume, AreJudgedByWhatTheUserCanDoThere) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can have another owner for new files";
+  const ScratchFolder folder;
+  const StandardError errors;
+  ASSERT_EQ(::chown(folder.write("work", "mail").c_str(), 65534, 65534), 0);
+  ASSERT_EQ(::chmod(folder.path().c_str(), 0733), 0);
+  ::setfsuid(65534);
+  EXPECT_FALSE(clearLeftovers({{folder.path(), "work"}, {folder.path(), "a", "b", Between::date}}, true));
+  ::setfsuid(0);
+  EXPECT_EQ(folder.list().size(), 0U);
+  EXPECT_THAT(errors.text(), HasSubstr("] cannot list " + folder.path() + ": Permission denied\n"));
 }
 
 }  // namespace
