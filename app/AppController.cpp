@@ -6,7 +6,6 @@
 
 #include "app/DestinationCheck.h"
 #include "app/DockPosition.h"
-#include "app/Leftovers.h"
 #include "app/ManifestFile.h"
 #include "app/MissingApplication.h"
 #include "process/Files.h"
@@ -24,6 +23,7 @@ constexpr const char* kScriptName = ".corvane.sh";
 constexpr const char* kCompletion = "com.quillon.Corvane.executionComplete";
 constexpr int kAlreadyRunning = 11;  // exit status
 constexpr const char* kSuccess = "Backup completed successfully";
+constexpr const char* kServerCopy = "Moving Backup file to server volume";
 constexpr const char* kLaunchMail = "----Launch Apple Mail----";
 constexpr double kFadeInterval = 0.05;  // seconds
 constexpr double kFadeStep = 0.1;
@@ -50,15 +50,7 @@ AppController::~AppController() { backupTask_.reset(); }
 
 void AppController::awakeFromNib() {
   reopenStandardError(logPath_);
-  const auto lock = takeLock();
-  if (lock == FileLock::Outcome::heldByAnother) {
-    log("A backup is already running.");
-    ports_.workspace.terminate(kAlreadyRunning);
-    return;
-  }
-  isSureToBeAlone_ = lock == FileLock::Outcome::acquired;
-  if (isSureToBeAlone_ && fileExists(scriptPath_))
-    endOrphanedScripts(scriptPath_);  // only a killed run leaves it
+  if (!becomeOnlyRun()) return;
   record_.mailTempFolder.clear();
   runBackupNow();
 }
@@ -69,6 +61,20 @@ FileLock::Outcome AppController::takeLock() {
   const auto outcome = onlyRun_.acquire(supportFolder_ + ".corvane.lock", problem);
   if (outcome == FileLock::Outcome::failed) log(problem);
   return outcome;
+}
+
+// False when another run is at work; the program then ends.
+bool AppController::becomeOnlyRun() {
+  const auto lock = takeLock();
+  if (lock == FileLock::Outcome::heldByAnother) {
+    log("A backup is already running.");
+    ports_.workspace.terminate(kAlreadyRunning);
+    return false;
+  }
+  isSureToBeAlone_ = lock == FileLock::Outcome::acquired;
+  if (isSureToBeAlone_ && fileExists(scriptPath_))
+    endOrphanedScripts(scriptPath_);  // only a killed run leaves it
+  return true;
 }
 
 bool AppController::loadPreferences() {
@@ -96,10 +102,14 @@ void AppController::runBackupNow() {
   }
   openWindow();
   const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
-  if (isApplicationMissing(configuration.appLocation, places_.companion) &&
-      ask(missingApplicationAlert()) == 0) {
-    completeUninstall();
-    return;
+  if (isApplicationMissing(configuration.appLocation, places_.companion)) {
+    onlyRun_.release();  // no later run waits for somebody to answer
+    const auto answer = ask(missingApplicationAlert());
+    if (!becomeOnlyRun()) return;
+    if (answer == 0) {
+      completeUninstall();
+      return;
+    }
   }
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
   if (!isDestinationAvailable(configuration, record_, ports_.volumes, ports_.workspace, showStatus)) {
@@ -108,8 +118,8 @@ void AppController::runBackupNow() {
   }
   log("Configuring Backup...");
   assembleScript(configuration);
-  if (!clearLeftovers(workNames(record_, configuration.script.destination, supportFolder_),
-                      isSureToBeAlone_)) {
+  workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
+  if (!clearLeftovers(workNames_, isSureToBeAlone_)) {
     failBeforeStart();
     return;
   }
@@ -213,6 +223,7 @@ void AppController::appendChunk(const std::string& output) {
   } else if (!contains(output, "dyld")) {
     updateDisplayWithStatus(output);
   }
+  if (contains(output, kServerCopy)) logIntruders(workNames_);
   if (countsAsStep(output)) ports_.steps.advanceSteps(1.0);
 }
 
@@ -245,11 +256,11 @@ void AppController::awaitDismissal() {
 
 void AppController::deleteStagingFolder(const char* announcement) {
   if (!record_.tempFolderStore) return;
-  if (isOver_ && takeLock() != FileLock::Outcome::acquired) return;  // it may be another run's by now
+  if (isOver_ && takeLock() == FileLock::Outcome::heldByAnother) return;  // it may be that run's by now
   log(announcement);
   const std::string folder = stripEscapes(*record_.tempFolderStore);
   const Entry entry = entryAt(folder);
-  if (entry.kind == EntryKind::none || entry.isOurs) {
+  if (entry.kind == EntryKind::none || entry.isOurs || hasOwnerOfNewFiles(folder)) {
     removeTree(folder);
   } else {
     log("cannot remove " + folder + ": it belongs to another user");

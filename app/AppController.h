@@ -7,8 +7,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/BackupConfiguration.h"
+#include "app/Leftovers.h"
 #include "app/ProgressMonitor.h"
 #include "app/ProgressWindow.h"
 #include "app/PropertyLists.h"
@@ -63,6 +65,7 @@ class AppController : private TaskController, private ScriptHost {
 
  private:
   [[nodiscard]] FileLock::Outcome takeLock();
+  [[nodiscard]] bool becomeOnlyRun();
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
@@ -98,6 +101,7 @@ class AppController : private TaskController, private ScriptHost {
   Ports ports_;
   const SystemPlaces places_;
   RunRecord record_;
+  std::vector<WorkName> workNames_;  // free when the script was started
   ProgressMonitor monitor_;
   FileLock onlyRun_;
   bool isSureToBeAlone_ = false;  // the lock was had: what lies about is no living run's

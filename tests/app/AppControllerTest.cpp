@@ -206,6 +206,17 @@ TEST_F(AppControllerTest, UninstallTakesTheScheduleBeforeTheFolderAndTellsNobody
   EXPECT_THAT(log(), AllOf(HasSubstr("] Answer: Uninstall\n"), HasSubstr("] Unable to remove schedule.\n")));
 }
 
+TEST_F(AppControllerTest, AnOpenQuestionLeavesTheNextRunAlone) {
+  lists.files["Config.plist"].erase("App Location");
+  FileLock nextRun;
+  std::string problem;
+  ports.whileAsked = [&] {
+    EXPECT_EQ(nextRun.acquire(support() + "/.corvane.lock", problem), FileLock::Outcome::acquired);
+  };
+  start();
+  EXPECT_EQ(eventsSince().back(), "terminate 11");
+}
+
 TEST(MissingApplication, IsAtNeitherPlace) {
   const std::optional<std::string> none;
   for (const auto& place : {none, std::optional(std::string()), std::optional(std::string("/no/other"))})
@@ -254,12 +265,24 @@ TEST_F(StagingTest, SuccessLeavesTheFolderToTheScript) {
 TEST_F(StagingTest, AWindowThatWaitsLeavesTheNextRunAlone) {
   startAndStage();
   runLoop.endOfOutput();
+  const std::string lock = support() + "/.corvane.lock";
   FileLock nextRun;
   std::string problem;
-  ASSERT_EQ(nextRun.acquire(support() + "/.corvane.lock", problem), FileLock::Outcome::acquired);
+  ASSERT_EQ(nextRun.acquire(lock, problem), FileLock::Outcome::acquired);
   makeFolders(staging());
   controller->cancelBackup();
   EXPECT_TRUE(fileExists(staging()));
+  nextRun.release();
+  ASSERT_TRUE(removeFile(lock) && makeFolders(lock));  // what cannot be locked is held by nobody
+  controller->cancelBackup();
+  EXPECT_FALSE(fileExists(staging()));
+}
+
+TEST_F(StagingTest, WhatTookANameMeanwhileIsLogged) {
+  start();
+  home.write(".QVB_Backup", "");
+  runLoop.output("Moving Backup file to server volume\n");
+  EXPECT_THAT(log(), HasSubstr("] cannot trust " + staging() + ", where"));
 }
 
 TEST_F(StagingTest, CancelAnnouncesTheEndTwice) {

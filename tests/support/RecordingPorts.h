@@ -53,6 +53,7 @@ class RecordingPorts : public StatusDisplay,
   [[nodiscard]] std::size_t showAlert(const Alert& alert) override {
     alerts.push_back(alert);
     note("alert", alert.message);
+    if (whileAsked) whileAsked();
     return answer;
   }
   void moveToTrash(const std::string& folder) override { note("trash", folder); }
@@ -60,6 +61,7 @@ class RecordingPorts : public StatusDisplay,
 
   std::vector<Alert> alerts;
   std::size_t answer = 1;  ///< which button the user presses
+  std::function<void()> whileAsked;
 
  private:
   static std::string number(double value) {
