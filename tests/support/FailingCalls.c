@@ -2,6 +2,7 @@
 // FAULT_FOLDER: that folder; FAULT_AT: which call, from 1; FAULT_ERRNO: how; FAULT_MARK: a file for the
 // call's name once it has failed.
 #define _GNU_SOURCE
+#include <dirent.h>
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
@@ -9,6 +10,8 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -67,6 +70,11 @@ BY_PATH(int, mkdir, path, (const char* path, mode_t mode), (path, mode))
 BY_FILE(ssize_t, read, file, (int file, void* bytes, size_t size), (file, bytes, size))
 BY_FILE(ssize_t, write, file, (int file, const void* bytes, size_t size), (file, bytes, size))
 BY_FILE(int, fsync, file, (int file), (file))
+BY_FILE(int, flock, file, (int file, int how), (file, how))
+BY_FILE(int, fchmod, file, (int file, mode_t mode), (file, mode))
+BY_FILE(int, dup2, file, (int file, int number), (file, number))
+
+DIR* opendir(const char* path) { return fails("opendir", path) ? NULL : NEXT(opendir)(path); }
 
 int open(const char* path, int flags, ...) {
   va_list more;

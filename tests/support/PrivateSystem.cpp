@@ -14,11 +14,12 @@
 namespace corvane {
 namespace {
 
+namespace fs = std::filesystem;
+
 bool isPrivate = false;
 
 // The real /tmp serves as the place at which the new root is put together.
 void buildRoot() {
-  namespace fs = std::filesystem;
   for (const auto& entry : fs::directory_iterator("/")) {
     const fs::path copy = "/tmp" / entry.path().relative_path();
     if (entry.is_symlink()) fs::copy_symlink(entry, copy);
@@ -31,6 +32,22 @@ void buildRoot() {
   }
 }
 
+// Other users get at the build folder, although one of those above it may be closed to them.
+void openTheWayTo(const fs::path& build) {
+  fs::path closed;
+  for (fs::path folder = build.parent_path(); folder != "/"; folder = folder.parent_path()) {
+    if ((fs::status(folder).permissions() & fs::perms::others_exec) == fs::perms::none) closed = folder;
+  }
+  if (closed.empty()) return;
+  const fs::path copy = "/tmp" / build.relative_path();
+  const fs::path cover = "/tmp" / closed.relative_path();
+  if (::mount("tmpfs", cover.c_str(), "tmpfs", 0, "mode=755") != 0) std::abort();
+  const mode_t mask = ::umask(022);
+  fs::create_directories(copy);
+  ::umask(mask);
+  if (::mount(build.c_str(), copy.c_str(), nullptr, MS_BIND, nullptr) != 0) std::abort();
+}
+
 }  // namespace
 
 void enterPrivateSystem(const std::string& needed) {
@@ -38,6 +55,7 @@ void enterPrivateSystem(const std::string& needed) {
   if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return;
   if (::mount("tmpfs", "/tmp", "tmpfs", 0, "mode=755") != 0) return;
   buildRoot();
+  openTheWayTo(fs::path(needed).parent_path().parent_path());
   isPrivate = ::chroot("/tmp") == 0 && ::chdir("/") == 0 && ::setenv("TMPDIR", "/scratch", 1) == 0;
 }
 

@@ -7,7 +7,7 @@
 namespace corvane {
 
 /// Enters it for good; new scratch folders then lie in /scratch. Without the right to, or when `needed`, a
-/// path, would be hidden by the new /tmp, nothing happens.
+/// path, would be hidden by the new /tmp, nothing happens. All users can reach the folder two above `needed`.
 void enterPrivateSystem(const std::string& needed);
 [[nodiscard]] bool isPrivateSystem();
 

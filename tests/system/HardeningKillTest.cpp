@@ -29,7 +29,8 @@ struct Victim {
 };
 
 constexpr Victim kVictims[] = {
-    {"engine", "echo $$ >\"$HOME/last\"; kill -KILL $(ps -o ppid= -p $PPID); exec sleep 1000", ""},
+    {"engine", "echo $$ >\"$HOME/last\"; kill -KILL $(ps -o ppid= -p $PPID); exec sleep 1000",
+     "Ending the script of an earlier backup"},
     {"shell", "kill -KILL $PPID", "signal 9"},
     {"tool", "\"$tool\" \"$@\" & kill -KILL $!; wait $!; exit $?", ": Backup failed."}};
 

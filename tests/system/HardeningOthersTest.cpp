@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "process/Files.h"
@@ -20,10 +21,9 @@ class UnprivilegedRunTest : public HardeningTest {
   UnprivilegedRunTest() : HardeningTest(isPrivateSystem() ? kSomebody : ::geteuid()) {}
 
   void SetUp() override {
-    const std::string id = std::to_string(kSomebody);
-    const auto reached =
-        runTool({"/usr/bin/setpriv", "--reuid", id, "--clear-groups", "/usr/bin/test", "-x", ENGINE_PATH});
-    if (isPrivateSystem() && reached.status != 0) GTEST_SKIP() << "other users cannot reach the build folder";
+    // Who checks a change must not pass over this.
+    ASSERT_TRUE(isPrivateSystem() || ::geteuid() != 0 || !std::getenv("CI"))
+        << "root may not mount, or CI builds in /tmp";
   }
 
   // As root, in the home folder.

@@ -93,6 +93,9 @@ void HardeningTest::judge(std::optional<int> status, const std::string& cause,
   EXPECT_EQ(engine.run(), 0);
   expectIntactArchives();
   expectNewArchive();
+  if (status > 128) {
+    EXPECT_THAT(engine.log(), HasSubstr(cause));
+  }
   EXPECT_THAT(namesIn(archives), ElementsAre(kNew + 1, kOlder + 1));
   EXPECT_THAT(namesIn(engine.support()), ElementsAre(".corvane.lock", "Config.plist", "lastbackup"));
   if (isPrivateSystem()) {

@@ -39,9 +39,9 @@ class HardeningTest : public testing::Test {
   [[nodiscard]] unsigned long steps() const;
 
   /// The judge, after a run that ended with `status`, or never did. Of 1, the log must hold the `cause`; of
-  /// 0, there must be a new archive. Whatever happened, the older archives are as they were, all archives are
-  /// whole, and a normal run, before which `recover` is called, succeeds and leaves nothing but archives,
-  /// settings and marks.
+  /// 0, there must be a new archive; of a signal, the next run's log must hold the `cause`. Whatever
+  /// happened, the older archives are as they were, all archives are whole, and a normal run, before which
+  /// `recover` is called, succeeds and leaves nothing but archives, settings and marks.
   void judge(std::optional<int> status, const std::string& cause, const std::function<void()>& recover = {});
 
   /// Older archives are as they were, and all archives are whole.

@@ -35,7 +35,15 @@ class HeadlessRunTest : public testing::Test {
 
 TEST_F(HeadlessRunTest, ArchivesAppleMail) {
   engine.listen();
+  engine.startUnder({"/bin/sh", "-c", "umask 0; exec \"$0\""});
+  engine.installTool("mv",
+                     "cd '" + engine.support() +
+                         "' && find .corvane.sh Contents.plist .corvane.lock "
+                         "../../../Logs/Corvane.log \"$1\" ! -perm /066 -printf '%f ' >\"$HOME/private\"\n"
+                         "exec /usr/bin/mv \"$@\"\n");
   EXPECT_EQ(engine.run(), 0);
+  EXPECT_EQ(readTestFile(engine.home() + "/private"),
+            ".corvane.sh Contents.plist .corvane.lock Corvane.log corvane.qvb ");
   EXPECT_TRUE(waitFor([this] { return engine.announcements() == 1; }, std::chrono::seconds(5)));
   EXPECT_THAT(engine.log(), AllOf(HasSubstr("] Determining Backup Size...\n"),
                                   HasSubstr(": Backup completed successfully.\n")));
