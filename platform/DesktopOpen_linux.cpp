@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include "platform/DesktopOpen.h"
+#include "process/FileMask.h"
 #include "process/Spawn.h"
 
 namespace corvane {
@@ -10,6 +11,7 @@ namespace corvane {
 bool openWithDesktop(const std::string& path) {
   const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
   if (null < 0) return false;
+  const UsersFileMask mask;
   const Spawned viewer = spawn({"/usr/bin/xdg-open", {"xdg-open", path}, currentEnvironment()}, null);
   ::close(null);
   return viewer.pid >= 0;

@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstring>
 
+#include "process/FileMask.h"
 #include "process/Files.h"
 
 namespace corvane::osascript {
@@ -63,12 +64,13 @@ std::string startDetached(Application application) {
   auto& command = application.command;
   // Meant for the shell that runs the script; an application's own scripts are written for the usual
   // settings.
-  for (const char* name : {"BASHOPTS=", "QUOTING_STYLE=", "TIME_STYLE="}) {
+  for (const char* name : {"BASHOPTS=", "QUOTING_STYLE=", "TIME_STYLE=", "CORVANE_UMASK="}) {
     std::erase_if(command.environment, [&](const std::string& entry) { return entry.starts_with(name); });
   }
   const Settings settings(workingFolder(application));
   const auto arguments = pointersTo(command.arguments);
   const auto environment = pointersTo(command.environment);
+  const UsersFileMask mask;
   pid_t pid = -1;
   const int error = posix_spawn(&pid, command.program.c_str(), &settings.files, &settings.attributes,
                                 arguments.data(), environment.data());
