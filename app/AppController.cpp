@@ -8,6 +8,7 @@
 #include "app/DockPosition.h"
 #include "app/ManifestFile.h"
 #include "app/MissingApplication.h"
+#include "process/EndRequest.h"
 #include "process/Files.h"
 #include "process/Log.h"
 #include "process/OrphanedScript.h"
@@ -112,7 +113,8 @@ void AppController::runBackupNow() {
     }
   }
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
-  if (!isDestinationAvailable(configuration, record_, ports_.volumes, ports_.workspace, showStatus)) {
+  if (!isDestinationAvailable(configuration, record_, ports_.volumes, ports_.workspace, showStatus) ||
+      isEndRequested()) {  // which the run loop will serve as a cancel
     failBeforeStart();
     return;
   }

@@ -3,9 +3,15 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "process/Log.h"
 #include "process/RunTool.h"
 
 namespace corvane {
+namespace {
+
+constexpr std::chrono::seconds kPatience{60};
+
+}  // namespace
 
 std::optional<float> folderSizeFrom(const std::string& output) {
   const auto tab = output.find('\t');
@@ -18,7 +24,10 @@ std::optional<float> folderSizeFrom(const std::string& output) {
 double percentageOf(float size, float whole) { return static_cast<double>(size / whole * 100.0F); }
 
 std::optional<float> measureFolder(const std::string& path) {
-  return folderSizeFrom(runTool({"/usr/bin/du", "-s", path}).output);
+  const ToolResult result =
+      runTool({"/usr/bin/du", "-s", path}, Capture::outputAndErrors, {.limit = kPatience});
+  if (!result.problem.empty()) log(result.problem);
+  return result.problem.empty() ? folderSizeFrom(result.output) : std::nullopt;
 }
 
 }  // namespace corvane

@@ -34,6 +34,12 @@ void ChildProcess::terminate() {
   }
 }
 
+bool ChildProcess::leaderHasEnded() const {
+  siginfo_t info{};
+  return ::waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+         info.si_pid == pid_;
+}
+
 std::optional<int> ChildProcess::fatalSignal() const {
   return status_ && WIFSIGNALED(*status_) ? std::optional(WTERMSIG(*status_)) : std::nullopt;
 }

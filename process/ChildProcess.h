@@ -22,6 +22,10 @@ class ChildProcess {
   /// The answer of `wait` when the program has ended; nothing while it runs.
   [[nodiscard]] std::optional<int> ended();
 
+  /// True when the program has ended, whatever it started may still run. Nothing is taken note of:
+  /// `terminate` still has its effect.
+  [[nodiscard]] bool leaderHasEnded() const;
+
   /// Waits for the program and answers its exit status, or 128 plus the signal that ended it; -1 when the
   /// system did not keep the status, as it does for a process that ignores SIGCHLD.
   [[nodiscard]] int wait();

@@ -26,8 +26,10 @@ pid_t shellIn(const std::string& line, const std::string& path) {
 
 void endOrphanedScripts(const std::string& path) {
   // In the locale of a crontab `ps` writes "?" for letters beyond ASCII.
-  const std::string list =
-      runTool({"/usr/bin/env", "LC_ALL=C.UTF-8", "/bin/ps", "-wwx", "-o", "pid=", "-o", "args="}).output;
+  const ToolResult processes =
+      runTool({"/usr/bin/env", "LC_ALL=C.UTF-8", "/bin/ps", "-wwx", "-o", "pid=", "-o", "args="});
+  if (!processes.problem.empty()) log(processes.problem);
+  const std::string& list = processes.output;
   for (std::size_t start = 0; start < list.size();) {
     const auto end = std::min(list.find('\n', start), list.size());
     if (const pid_t shell = shellIn(list.substr(start, end - start), path); shell > 1) {

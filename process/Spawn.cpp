@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <spawn.h>
 #include <unistd.h>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -61,6 +62,28 @@ class Attributes {
   posix_spawnattr_t attributes_{};
 };
 
+// Moves the process, since the systems' ways to have it done for the child only are too new.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(const std::string& folder) {
+    if (folder.empty()) return;
+    before_ = ::open(".", O_RDONLY | O_CLOEXEC);
+    if (::chdir(folder.c_str()) != 0) problem_ = "cannot work in " + folder + ": " + std::strerror(errno);
+  }
+  ~WorkingFolder() {
+    if (before_ < 0) return;
+    [[maybe_unused]] const int ignored = ::fchdir(before_);
+    ::close(before_);
+  }
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+  const std::string& problem() const { return problem_; }
+
+ private:
+  int before_ = -1;
+  std::string problem_;
+};
+
 // Also those that this process was started with, or that a library opened: a program that outlived us would
 // keep a volume busy with them.
 void keepDescriptorsFromChildren() {
@@ -109,6 +132,8 @@ Spawned spawn(const LaunchCommand& command, int output, bool withErrors) {
   } else {
     files.open(STDERR_FILENO, O_WRONLY);
   }
+  const WorkingFolder folder(command.folder);
+  if (!folder.problem().empty()) return {-1, folder.problem()};
   keepDescriptorsFromChildren();
   const Attributes attributes;
   const auto arguments = pointersTo(command.arguments);

@@ -1,4 +1,5 @@
-// Starting programs. Nothing here goes through a shell. Thread: any.
+// Starting programs. Nothing here goes through a shell. Thread: any; but one that starts a program in another
+// folder moves the whole process there and back.
 #pragma once
 
 #include <sys/types.h>
@@ -12,6 +13,7 @@ struct LaunchCommand {
   std::vector<std::string> arguments;    ///< from the program's own name on
   std::vector<std::string> environment;  ///< "NAME=value"
   int input = -1;                        ///< descriptor that it reads from; nothing to read when negative
+  std::string folder;                    ///< absolute, where it starts to work; ours when empty
 };
 
 /// This process's environment.

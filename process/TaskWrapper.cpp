@@ -4,10 +4,16 @@
 #include <cstring>
 #include <utility>
 
+#include "process/EndRequest.h"
 #include "process/Log.h"
 #include "process/ScriptInterpreter.h"
 
 namespace corvane {
+namespace {
+
+constexpr double kWatchInterval = 5.0;  // seconds
+
+}  // namespace
 
 TaskWrapper::TaskWrapper(RunLoop& runLoop, TaskController& controller, std::vector<std::string> arguments,
                          std::string toolsFolder)
@@ -31,10 +37,23 @@ void TaskWrapper::startProcess() {
 }
 
 void TaskWrapper::launch() {
-  const Spawned spawned = spawn(commandForScript(arguments_, toolsFolder_), pipe_->writeEnd);
-  if (spawned.pid >= 0) task_.emplace(spawned.pid);
-  if (!spawned.problem.empty()) log(spawned.problem);
+  LaunchCommand command = commandForScript(arguments_, toolsFolder_);
+  // A command of the script that goes on where it could not go must not meet the user's own files.
+  command.folder = arguments_.front().substr(0, arguments_.front().find_last_of('/') + 1);
+  if (!isEndRequested()) {
+    const Spawned spawned = spawn(command, pipe_->writeEnd);
+    if (spawned.pid >= 0) task_.emplace(spawned.pid);
+    if (!spawned.problem.empty()) log(spawned.problem);
+  }
   pipe_->closeWriteEnd();  // so that the output ends with the child, or at once when there is none
+  if (task_) watch_ = runLoop_.repeat(kWatchInterval, [this] { lookForLeftOnes(); });
+}
+
+// They hold the output, and nobody else has anything to say: it would be waited for as long as they run.
+void TaskWrapper::lookForLeftOnes() {
+  if (!task_->leaderHasEnded() || !std::exchange(childHasEnded_, true)) return;
+  log(arguments_.front() + " has ended, but not all that it started: that is ended now");
+  stopProcess();
 }
 
 void TaskWrapper::getData(std::string_view bytes) {
@@ -49,6 +68,7 @@ void TaskWrapper::getData(std::string_view bytes) {
 void TaskWrapper::stopProcess() {
   if (!started_) return;
   reader_.reset();
+  watch_.reset();
   if (task_) task_->terminate();
   TaskController* controller = std::exchange(controller_, nullptr);
   if (!controller) return;

@@ -35,8 +35,10 @@ class TaskWrapper {
   TaskWrapper(const TaskWrapper&) = delete;
   TaskWrapper& operator=(const TaskWrapper&) = delete;
 
-  /// Starts the child with one pipe for its standard output and standard error. A child that cannot be
-  /// started is logged and reported like one that ends without a word.
+  /// Starts the child with one pipe for its standard output and standard error, in the script's own folder. A
+  /// child that cannot be started is logged and reported like one that ends without a word; so is one that
+  /// is not started because this program has been asked to end. What the child started and left behind is
+  /// given five to ten seconds to close the output.
   void startProcess();
 
   /// Ends the child and all that it started, and reports the end to the controller. A second call, and one
@@ -47,6 +49,7 @@ class TaskWrapper {
   void launch();
   void getData(std::string_view bytes);
   void logFatalSignal() const;
+  void lookForLeftOnes();
 
   RunLoop& runLoop_;
   TaskController* controller_;  // null once the end has been reported
@@ -56,6 +59,8 @@ class TaskWrapper {
   std::unique_ptr<Pipe> pipe_;  // outlives the reader
   std::unique_ptr<RunLoop::Source> reader_;
   std::optional<ChildProcess> task_;
+  std::unique_ptr<RunLoop::Source> watch_;
+  bool childHasEnded_ = false;  // when it was last looked for
   bool started_ = false;
 };
 

@@ -11,7 +11,8 @@
 namespace corvane {
 namespace {
 
-constexpr std::size_t kMostWords = 500;  // bytes of what a tool said that are logged
+constexpr std::size_t kMostWords = 500;                // bytes of what a tool said that are logged
+constexpr Patience kToItsEnd{.alsoWhenEnding = true};  // the user has decided, and half of it is worse
 
 std::string causeOf(const ToolResult& result) {
   if (!result.problem.empty()) return result.problem;
@@ -51,14 +52,14 @@ bool QSCrontabModifier::checkForJob(const std::string& text) {
 // Having none is an error to the tool, like all others: only its words tell which one it was. They are not
 // part of a listing, so that it is run once more for them. What it listed is nothing for the log.
 bool QSCrontabModifier::listCrontab() {
-  ToolResult listing = runTool({tool_, "-l"}, Capture::outputOnly);
+  ToolResult listing = runTool({tool_, "-l"}, Capture::outputOnly, kToItsEnd);
   const auto text = utf16FromUtf8(listing.output);
   resultsAreBytes_ = !text;
   results_ = text ? *text : widened(listing.output);
   if (listing.complete && (listing.status == 0 || saysThereIsNone(results_))) return true;
   const std::string listed = std::exchange(listing.output, {});
   if (listed.empty() || listing.complete) {
-    listing = runTool({tool_, "-l"});
+    listing = runTool({tool_, "-l"}, Capture::outputAndErrors, kToItsEnd);
     if (listed.empty() && listing.status > 0 && saysThereIsNone(widened(listing.output))) return true;
     const auto at = listing.output.find(listed);
     listing.output = at == std::string::npos ? "" : listing.output.erase(at, listed.size());
@@ -107,7 +108,7 @@ void QSCrontabModifier::install(const std::optional<std::string>& bytes) {
     log(problem);
     return;
   }
-  const ToolResult installation = runTool({tool_, stagingFile});
+  const ToolResult installation = runTool({tool_, stagingFile}, Capture::outputAndErrors, kToItsEnd);
   if (installation.status == 0) return;
   log("cannot install " + stagingFile + " as the crontab: " + causeOf(installation));
   showFailure();

@@ -24,11 +24,7 @@ struct CocoaRun {
   CocoaProgressWindow window;
   AppController controller{readFacts(),
                            {window, window, window, window, workspace, runLoop, propertyLists, volumes}};
-  std::unique_ptr<EndingSignals> signals;
-
-  void handleSignals() {
-    signals = std::make_unique<EndingSignals>(runLoop, [this] { controller.cancelBackup(); });
-  }
+  EndingSignals signals{runLoop, [this] { controller.cancelBackup(); }};
 };
 
 }  // namespace corvane
@@ -41,14 +37,13 @@ struct CocoaRun {
   run_ = std::make_unique<corvane::CocoaRun>(
       corvane::ProgressViews{backupNowView, backupProgress, overallProgress, modeTextField, backupNowStatus,
                              failureHint, openLogButton});
-  corvane::endAtOnceOnSignals();  // it may begin with a question, which the window system would not end
   run_->controller.awakeFromNib();
 }
 
-// After the window system has installed its own handlers, which may wait for themselves for ever.
+// The window system may have installed its own handlers by now, which may wait for themselves for ever.
 - (void)applicationWillFinishLaunching:(NSNotification*)notification {
   (void)notification;
-  run_->handleSignals();
+  run_->signals.takeOver();
 }
 
 - (IBAction)cancelBackup:(id)sender {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/DesktopOpen.h"
+#include "platform/EndingSignals.h"
 #include "platform/Trash.h"
 #import "platform/cocoa/CompletionNotification.h"
 #import "platform/cocoa/Strings.h"
@@ -36,6 +37,7 @@ std::size_t CocoaWorkspace::showAlert(const Alert& alert) {
   [panel setInformativeText:toNSString(alert.information)];
   for (const auto& title : alert.buttons) [panel addButtonWithTitle:toNSString(title)];
   [NSApp activateIgnoringOtherApps:YES];
+  const EndAtOnceOnSignals atOnce;  // the run loop would serve a cancel, and the question stay up
   const NSInteger answer = [panel runModal];
   [panel release];
   // Others, as when the alert is ended from outside, are negative and so become large ones.

@@ -78,12 +78,12 @@ std::string said(const MountPlan& plan, std::string output) {
   return "..." + output.substr(start);
 }
 
-MountOutcome judge(const MountPlan& plan, const ToolResult& result, std::chrono::milliseconds limit) {
-  if (!result.problem.empty()) return {.error = EIO, .problem = result.problem};
-  if (result.timedOut) {
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(limit).count();
-    return {.error = ETIMEDOUT,
-            .problem = plan.helper + " was not done within " + std::to_string(seconds) + " seconds"};
+MountOutcome judge(const MountPlan& plan, const ToolResult& result) {
+  if (!result.problem.empty()) {
+    return {.error = result.timedOut      ? ETIMEDOUT
+                     : result.interrupted ? EINTR
+                                          : EIO,
+            .problem = result.problem};
   }
   const bool failed = !plan.failure.empty() && contains(result.output, plan.failure);
   if (result.status == 0 && !failed) return {};
@@ -106,7 +106,7 @@ std::vector<std::string> environmentFor(const MountPlan& plan) {
 
 }  // namespace
 
-MountOutcome runHelper(const MountPlan& plan, std::chrono::milliseconds limit) {
+MountOutcome runHelper(const MountPlan& plan, const Patience& patience) {
   const auto environment = environmentFor(plan);
   const std::string program = findProgram(plan.helper, environment);
   if (program.empty()) return {.error = ENOENT, .problem = plan.helper + " is not installed"};
@@ -117,7 +117,7 @@ MountOutcome runHelper(const MountPlan& plan, std::chrono::milliseconds limit) {
     if (argument == kSettingsFile) argument = "conf=" + settings.path();
     arguments.push_back(argument);
   }
-  return judge(plan, runTool({program, arguments, environment}, plan.input, limit), limit);
+  return judge(plan, runTool({program, arguments, environment}, plan.input, patience));
 }
 
 }  // namespace corvane

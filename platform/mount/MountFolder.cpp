@@ -35,7 +35,8 @@ void detachVolume(const std::string& folder, std::chrono::milliseconds limit) {
   // The system's own commands may do for a user what the user may not.
   MountPlan fuse{.helper = "fusermount3", .arguments = {"-u", "-z", folder}};
   MountPlan other{.helper = "umount", .arguments = {"-l", folder}};
-  if (runHelper(fuse, limit).error != 0) static_cast<void>(runHelper(other, limit));
+  const Patience patience{.limit = limit, .alsoWhenEnding = true};
+  if (runHelper(fuse, patience).error != 0) static_cast<void>(runHelper(other, patience));
 }
 
 }  // namespace corvane

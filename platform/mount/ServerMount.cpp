@@ -32,7 +32,7 @@ VolumeLook lookAndClear(const std::string& folder) {
 // Some helpers say that all went well and leave a volume that does not answer. Nothing was mounted there
 // before, so what is now and does not work is taken away.
 MountOutcome mountOn(const std::string& folder, const MountPlan& plan) {
-  const MountOutcome outcome = runHelper(plan, kHelperLimit);
+  const MountOutcome outcome = runHelper(plan, {.limit = kHelperLimit});
   const VolumeLook look = lookAtVolume(folder, kLookLimit);
   if (outcome.error == 0 && look.state == VolumeState::mounted) return {.reference = look.device};
   if (look.isMountRoot) detachVolume(folder, kDetachLimit);

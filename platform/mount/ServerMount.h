@@ -3,7 +3,8 @@
 // Nothing here waits for ever: a helper is ended after 30 seconds, looking at a volume is given up after 30,
 // and each command that takes one away is ended after 10. With at most three looks, one helper and four such
 // commands, and some seconds until each has ended, a mount is over within four minutes whatever the server
-// does. A mounted volume stays mounted; the next run finds it.
+// does, and within seconds when this program is asked to end. A mounted volume stays mounted; the next run
+// finds it.
 #pragma once
 
 #include <string>

@@ -12,8 +12,10 @@
 #include <csignal>
 #include <cstdint>
 #include <iterator>
+#include <utility>
 
 #include "process/ChildProcess.h"
+#include "process/EndRequest.h"
 #include "process/Spawn.h"
 
 namespace corvane {
@@ -29,6 +31,8 @@ constexpr int kLost[] = {ENOTCONN,     EIO,        ESTALE,    EHOSTDOWN,   EHOST
 constexpr int kNoAnswer[] = {ETIMEDOUT, ENOMEM, ENFILE, EMFILE, EINTR, EAGAIN, ENOBUFS};
 
 constexpr int kDescriptors = 1024;
+constexpr int kPollMilliseconds = 50;
+constexpr std::chrono::seconds kLastLook{2};
 
 // Sent twice: first what is known without asking the volume.
 struct Answer {
@@ -67,7 +71,7 @@ void send(const Answer& answer) {
 }
 
 [[noreturn]] void answerThrough(int pipe, const char* folder, const char* above) {
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) std::signal(signal, SIG_DFL);
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP, SIGPIPE, SIGXFSZ}) std::signal(signal, SIG_DFL);
   ::setpgid(0, 0);
   // Should it be caught for good, it must not hold on to this process's lock, pipes or connections.
   ::dup2(pipe, STDIN_FILENO);
@@ -84,13 +88,16 @@ void send(const Answer& answer) {
   ::_exit(0);
 }
 
-// Signals do not shorten the wait.
+// Signals do not shorten the wait, but a program that has been asked to end waits little.
 bool isReadableBefore(Clock::time_point end, int pipe) {
   pollfd waiting{pipe, POLLIN, 0};
+  bool isEnding = false;
   for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-    const int ready = ::poll(&waiting, 1, static_cast<int>(std::max<std::int64_t>(left.count(), 0)));
-    if (ready >= 0 || errno != EINTR) return ready > 0;
+    if (!std::exchange(isEnding, isEndRequested()) && isEnding) end = std::min(end, Clock::now() + kLastLook);
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const int ready =
+        ::poll(&waiting, 1, static_cast<int>(std::clamp<std::int64_t>(left, 0, kPollMilliseconds)));
+    if (ready > 0 || left <= 0 || (ready < 0 && errno != EINTR)) return ready > 0;
   }
 }
 

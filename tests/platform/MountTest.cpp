@@ -109,7 +109,7 @@ class HelperTest : public testing::Test {
     home.writeScript("mount.odd", "cd " + home.path() + "\n" + script);
     return runHelper(
         {"mount.odd", {kSettingsFile, "$HOME; x"}, "anna\ns3cret\n", "ask 0\n", {}, "gave up", {"PASSWD"}},
-        limit);
+        {.limit = limit});
   }
 
   ScratchFolder home;
@@ -134,7 +134,7 @@ TEST_F(HelperTest, FailuresNameTheCauseAndNotThePassword) {
   EXPECT_THAT(run("printf '\\303\\251%0499d' 0; exit 3").problem,
               testing::EndsWith(": ..." + std::string(499, '0')));
   EXPECT_EQ(run("echo gave up").error, EIO);
-  EXPECT_EQ(runHelper({.helper = "mount.no-such"}, kLong).error, ENOENT);
+  EXPECT_EQ(runHelper({.helper = "mount.no-such"}, {.limit = kLong}).error, ENOENT);
 }
 
 // It may leave a daemon in its own group that holds its output.
