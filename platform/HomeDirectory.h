@@ -5,7 +5,8 @@
 
 namespace corvane {
 
-/// Absolute, in UTF-8: the environment's, or that of the user's account; empty when neither tells.
+/// Absolute, in UTF-8: the environment's, or that of the user's account; without a slash at its end;
+/// empty when neither tells.
 [[nodiscard]] std::string homeDirectory();
 
 }  // namespace corvane
