@@ -1,9 +1,11 @@
 #import <AppKit/AppKit.h>
+#import <objc/runtime.h>
 
 #include <unistd.h>
 #include <cstdlib>
 
 #include "platform/Display.h"
+#include "platform/EndingSignals.h"
 #import "platform/cocoa/Application.h"
 #import "platform/cocoa/Theme.h"
 #include "process/Log.h"
@@ -36,12 +38,25 @@ void hideArguments(const char** argv) {
   [NSProcessInfo initializeWithArguments:name count:1 environment:environ];
 }
 
+// GNUstep tells all other applications of a launch and an end, through the notification daemon, and waits for
+// it on the main thread: one that is stopped would hold the run up for ever. Nobody needs to know of this
+// program, so that its centre for such news gets no connection: it is made as the plain one that it extends.
+void keepNewsOfApplicationsLocal() {
+  Class centre = NSClassFromString(@"_GSWorkspaceCenter");
+  Method plain = class_getInstanceMethod([NSNotificationCenter class], @selector(init));
+  if (centre == Nil || plain == nullptr) return;
+  class_replaceMethod(centre, @selector(init), method_getImplementation(plain),
+                      method_getTypeEncoding(plain));
+}
+
 void prepare(const char** argv) {
   hideArguments(argv);
   NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
   [defaults registerDefaults:appearance()];
   [defaults registerDefaults:decorations()];
+  keepNewsOfApplicationsLocal();
   [NSApplication sharedApplication];
+  endAtOnceOnSignals();  // not inside its handlers, which may wait for themselves for ever
   installTheme();
 }
 
