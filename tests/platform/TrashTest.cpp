@@ -6,6 +6,7 @@
 #include <unistd.h>
 #include <cstdlib>
 
+#include "platform/HomeDirectory.h"
 #include "process/Files.h"
 #include "tests/support/OwnMounts.h"
 #include "tests/support/ScratchFolder.h"
@@ -26,6 +27,15 @@ class TrashTest : public testing::Test {
   ScratchFolder home;
   std::string problem;
 };
+
+TEST(HomeDirectory, IsSpeltInOneWay) {
+  const std::string before = std::getenv("HOME");
+  for (const char* home : {"/home/anna", "/home/anna/", "//home//anna//"}) {
+    ::setenv("HOME", home, 1);
+    EXPECT_EQ(homeDirectory(), "/home/anna");
+  }
+  ::setenv("HOME", before.c_str(), 1);
+}
 
 TEST_F(TrashTest, KeepsWhatCarriesTheSameName) {
   for (const char* content : {"first", "second"}) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <csignal>
+#include <thread>
+
+#include "process/EndRequest.h"
 
 namespace corvane {
 namespace {
@@ -23,6 +26,23 @@ TEST(RunTool, NamesTheProgramThatCouldNotBeStarted) {
   const auto result = runTool({"/no/such/tool", "x"});
   EXPECT_EQ(result.status, -1);
   EXPECT_EQ(result.problem, "cannot start /no/such/tool: No such file or directory");
+}
+
+TEST(RunTool, WaitsNoLongerThanItMay) {
+  const std::vector<std::string> endless{"/bin/sh", "-c", "sleep 1000 & exec sleep 1000"};
+  auto result = runTool(endless, Capture::outputOnly, {.limit = std::chrono::milliseconds(100)});
+  EXPECT_TRUE(result.timedOut);
+  EXPECT_EQ(result.problem, "/bin/sh was not done within 1 seconds");
+  std::thread asker([] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    requestEnd();
+  });
+  result = runTool(endless);
+  asker.join();
+  EXPECT_TRUE(result.interrupted);
+  EXPECT_TRUE(runShell("exit 3").interrupted);
+  EXPECT_EQ(runTool({"/bin/sh", "-c", "exit 3"}, Capture::outputOnly, {.alsoWhenEnding = true}).status, 3);
+  forgetEndRequest();
 }
 
 TEST(RunTool, StandsAboveTheSignalsOfItsStarter) {

@@ -76,6 +76,7 @@ TEST_F(TaskWrapperTest, OutputIsThatOfTheScript) {
       // The pause lets the first half of a character arrive alone.
       {"echo one\necho two >&2\nprintf 'a\\303'\nsleep 0.2\nprintf '\\240b'\n", "one\ntwo\naàb"},
       {"cat\necho end\n", "end\n"},  // there is nothing to read
+      {"[ \"$(pwd)/my script.sh\" = \"$0\" ] && echo in its folder\n", "in its folder\n"},
       {"[ $(ps -o pgid= -p $$) = $$ ] && echo leads its group\n", "leads its group\n"},
       {"case $PATH in *:'/opt/corvane tools') echo last in PATH; esac\n", "last in PATH\n"},
       {"x=3\nwhile [ $x -gt 1 ]; do let x-=1; echo \"a\\t$x\"; done\n", "a\t2\na\t1\n"},
@@ -137,6 +138,15 @@ TEST_F(TaskWrapperTest, ChildThatClosesItsOutputAndGoesOnIsEnded) {
   run();
   EXPECT_EQ(finished, 1);
   expectAllDead(output);
+}
+
+TEST_F(TaskWrapperTest, WhatItLeavesBehindIsNotWaitedFor) {
+  const StandardError errors;
+  prepare("sleep 1000 & echo $!\n");
+  run();
+  EXPECT_EQ(finished, 1);
+  expectAllDead(output);
+  EXPECT_THAT(errors.text(), HasSubstr("but not all that it started"));
 }
 
 TEST_F(TaskWrapperTest, StopBeforeTheStartDoesNothingButAtTheStartTheChildNeverRuns) {

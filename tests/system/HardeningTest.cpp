@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <random>
+#include <utility>
 
 #include "process/Files.h"
 #include "process/RunTool.h"
@@ -64,6 +65,12 @@ void HardeningTest::useServer() {
                                 "<key>Automount</key><dict><key>Path</key><string>corvane</string></dict>"));
 }
 
+std::string HardeningTest::openDisplay() {
+  display_ = std::make_unique<VirtualDisplay>();
+  EXPECT_EQ(display_->problem(), "");
+  return display_->name();
+}
+
 void HardeningTest::atStep(unsigned long step, const std::string& commands) {
   removeFile(engine.home() + "/steps");
   for (const std::string name : kTools) {
@@ -84,6 +91,7 @@ void HardeningTest::judge(std::optional<int> status, const std::string& cause,
     EXPECT_THAT(logged(), HasSubstr(cause));
   }
   if (recover) recover();
+  if (std::exchange(display_, nullptr) && isPrivateSystem()) removeTree("/tmp/.X11-unix");
   for (const std::string tool : kTools) EXPECT_TRUE(removeFile(engine.home() + "/bin/" + tool));
   removeFile(engine.library() + "/Logs/Corvane.log");
   removeFile(engine.home() + "/output");

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "tests/support/PrivateSystem.h"
+#include "tests/support/VirtualDisplay.h"
 #include "tests/system/EngineRun.h"
 
 namespace corvane {
@@ -32,6 +33,9 @@ class HardeningTest : public testing::Test {
   void furnish();
   /// Has archives made in /tmp, for the volume that is mounted as /Volumes/corvane.
   void useServer();
+
+  /// Opens a display that lasts until the judge comes, and answers its name.
+  [[nodiscard]] std::string openDisplay();
 
   /// Puts `commands` before the script's `step`-th use of a tool that changes files; "$tool" is that tool.
   void atStep(unsigned long step, const std::string& commands);
@@ -57,6 +61,7 @@ class HardeningTest : public testing::Test {
  private:
   void expectNewArchive() const;
 
+  std::unique_ptr<VirtualDisplay> display_;
   std::string older_;
   int mails_ = 0;
 };

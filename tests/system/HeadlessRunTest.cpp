@@ -88,6 +88,36 @@ TEST_F(HeadlessRunTest, TheEndFromOutsideEndsTheScriptToo) {
   EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, std::chrono::seconds(5)));
 }
 
+// However a shell starts the engine: what it makes of it is the run's own affair.
+TEST(StartTest, DoesNotEndTheRun) {
+  const struct {
+    const char *commands, *status;
+  } rows[] = {{"\"$0\" 2>&-; echo $? >\"$HOME/status\"", "0\n"},
+              {"\"$0\" <&- >&- 2>&-; echo $? >\"$HOME/status\"", "0\n"},
+              {"mkdir -p \"$HOME/Library/Logs/Corvane.log\"\n"
+               "{ \"$0\" 2>&1; echo $? >\"$HOME/status\"; } | head -n 1 >&-; exit 0",
+               "0\n"},
+              {"( ulimit -f 1; \"$0\" ); echo $? >\"$HOME/status\"", "1\n"}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.commands);
+    EngineRun engine;
+    engine.configureMail();
+    engine.startUnder({"/bin/sh", "-c", row.commands});
+    EXPECT_EQ(engine.run(), 0);
+    EXPECT_EQ(readTestFile(engine.home() + "/status"), row.status);
+  }
+}
+
+TEST_F(HeadlessRunTest, WhatItMakesIsForItsOwnerOnly) {
+  engine.configureMail();
+  engine.installTool("ditto",
+                     "cd && stat -c %a Library/*/Quillon/Corvane/.corvane.sh Library/*/*/*/Contents.plist "
+                     "Backups/.QVB_Backup >modes; exec " DITTO_PATH " \"$@\"\n");
+  engine.startUnder({"/bin/sh", "-c", "umask 002; exec \"$0\""});
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_EQ(readTestFile(engine.home() + "/modes"), "700\n600\n700\n");
+}
+
 // No configuration here names the application.
 TEST(SettingsFilesTest, DecideWhetherTheRunStartsAndFindsItsDestination) {
   const std::string daily = "{ currentConfiguration = Daily; }", old = "{ Destination = \"/tmp\"; }";

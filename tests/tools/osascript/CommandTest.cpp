@@ -167,13 +167,14 @@ TEST_F(CommandTest, NeitherStartsNorSetsOfflineWhatRuns) {
 TEST_F(CommandTest, StartsWhatOutlivesItInTheRightFolder) {
   const std::string made = scratch_.path("made");
   const std::string program =
-      scratch_.writeScript("programs/an agent", R"(printf '%s\n' $$ "$PWD" "$@" >"$HOME/partly"
+      scratch_.writeScript("programs/an agent", R"(printf '%s\n' $$ "$PWD" `umask` "$@" >"$HOME/partly"
 mv "$HOME/partly" "$HOME/started"
 sleep 30 & wait
 )");
   const std::string agent = "$(touch " + made + ")" + own_;
   set("BASHOPTS", "xpg_echo");
   set("TIME_STYLE", "+%m");
+  set("CORVANE_UMASK", "037");
   for (const std::string folder : {"", "/programs"}) {
     scratch_.write("data/applications/agent.desktop",
                    "[Desktop Entry]\nType=Application\nName=" + agent +
@@ -185,12 +186,13 @@ sleep 30 & wait
     ASSERT_TRUE(waitFor([&] { return fileExists(scratch_.path("started")); }));
     const std::string started = scratch_.read("started");
     const pid_t pid = std::atoi(started.c_str());
-    EXPECT_EQ(started, std::to_string(pid) + "\n" + scratch_.path() + folder + "\n--mail\ntwo words\n");
+    EXPECT_EQ(started, std::to_string(pid) + "\n" + scratch_.path() + folder + "\n0037\n--mail\ntwo words\n");
     EXPECT_EQ(::getsid(pid), pid);
     for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"})
       EXPECT_EQ(std::filesystem::read_symlink("/proc/" + std::to_string(pid) + stream), "/dev/null");
     EXPECT_THAT(systemFile(pid, "environ"),
-                AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE="))));
+                AllOf(HasSubstr("HOME="), Not(HasSubstr("BASHOPTS=")), Not(HasSubstr("TIME_STYLE=")),
+                      Not(HasSubstr("CORVANE_UMASK="))));
     if (pid > 1) ::kill(-pid, SIGKILL);
     std::remove(scratch_.path("started").c_str());
   }
