@@ -232,14 +232,18 @@ void AppController::appendChunk(const std::string& output) {
 void AppController::processFinished() {
   succeeded_ = contains(ports_.display.status(), kSuccess);
   ports_.workspace.postNotification(kCompletion);
-  removeFile(scriptPath_);
-  if (!record_.contentsLocation.empty()) removeFile(record_.contentsLocation);
+  removeWrittenFiles();
   ports_.activity.stopActivity();
   if (succeeded_) {
     startFadeTimer();
   } else {
     showFailure();
   }
+}
+
+void AppController::removeWrittenFiles() {
+  removeFile(scriptPath_);
+  if (!record_.contentsLocation.empty()) removeFile(record_.contentsLocation);
 }
 
 void AppController::showFailure() {
@@ -277,6 +281,14 @@ void AppController::cancelBackup() {
   deleteStagingFolder("Cleaning up after Cancelled Backup");
   startFadeTimer();
   ports_.workspace.postNotification(kCompletion);
+}
+
+void AppController::abandon() {
+  if (backupTask_) backupTask_->abandonProcess();
+  if (!isSureToBeAlone_ || isOver_) return;
+  log("The display is lost: the backup is cancelled");
+  removeWrittenFiles();
+  deleteStagingFolder("Cleaning up after Cancelled Backup");
 }
 
 void AppController::displayLogWindow() {

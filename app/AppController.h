@@ -60,6 +60,10 @@ class AppController : private TaskController, private ScriptHost {
   /// The cancel button: ends the script with all that it started, cleans up, and fades out.
   void cancelBackup();
 
+  /// For a program that is ending itself, from wherever it stands: ends the script with all that it started
+  /// and cleans up, without display and run loop. Nothing is announced. Without effect on a run that is over.
+  void abandon();
+
   /// The log button: opens the log and fades out.
   void displayLogWindow();
 
@@ -76,6 +80,7 @@ class AppController : private TaskController, private ScriptHost {
   void awaitDismissal();
   [[nodiscard]] bool writeScript();
   void writeManifests();
+  void removeWrittenFiles();
   void executeShellScriptAtPath(const std::string& path);
   void appendChunk(const std::string& output);
   void updateDisplayWithStatus(const std::string& status);

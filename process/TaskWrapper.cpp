@@ -76,6 +76,11 @@ void TaskWrapper::stopProcess() {
   controller->processFinished();
 }
 
+void TaskWrapper::abandonProcess() {
+  controller_ = nullptr;
+  if (task_) task_->terminate();
+}
+
 // One that was asked to end has been asked by us: after it had closed its output, or for a cancel.
 void TaskWrapper::logFatalSignal() const {
   const auto signal = task_ ? task_->fatalSignal() : std::nullopt;

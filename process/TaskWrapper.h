@@ -45,6 +45,10 @@ class TaskWrapper {
   /// before the start, does nothing.
   void stopProcess();
 
+  /// Ends the child and all that it started, and reports nothing any more: for a program that is ending
+  /// itself, from wherever it stands.
+  void abandonProcess();
+
  private:
   void launch();
   void getData(std::string_view bytes);

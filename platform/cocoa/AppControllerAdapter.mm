@@ -13,9 +13,26 @@
 
 namespace corvane {
 
+namespace {
+
+AppController* conductor = nullptr;  // of the run that is going on
+
+// A window system that is gone leaves by `exit`, from inside any call to it.
+void abandonRun() {
+  if (conductor) conductor->abandon();
+}
+
+}  // namespace
+
 // One run with a window; what uses the other members comes last, so that it goes first.
 struct CocoaRun {
-  explicit CocoaRun(const ProgressViews& views) : window(views) {}
+  explicit CocoaRun(const ProgressViews& views) : window(views) {
+    conductor = &controller;
+    std::atexit(abandonRun);
+  }
+  ~CocoaRun() { conductor = nullptr; }
+  CocoaRun(const CocoaRun&) = delete;
+  CocoaRun& operator=(const CocoaRun&) = delete;
 
   CocoaRunLoop runLoop;
   CocoaWorkspace workspace;

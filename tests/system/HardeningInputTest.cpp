@@ -119,7 +119,8 @@ TEST_P(SayingTest, NeitherFillsMemoryNorHidesTheVerdict) {
   EXPECT_EQ(status, GetParam().status);
   EXPECT_LT(engine.peakMemory(), 64 * 1024);
   EXPECT_EQ(
-      runTool({"/bin/grep", "-cP", "[\\x00-\\x08\\x0b-\\x1f\\x7f]", engine.library() + "/Logs/Corvane.log"})
+      runTool({"/bin/grep", "-cP", "[\\x00-\\x08\\x0b-\\x1f\\x7f]", engine.library() + "/Logs/Corvane.log"},
+              Capture::outputAndErrors, {.limit = std::chrono::minutes(10)})
           .output,
       "0\n");
   judge(status, GetParam().cause);

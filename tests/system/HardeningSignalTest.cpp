@@ -21,8 +21,13 @@ struct Wait {
   const char* automount;  // what the configuration says of a server
 };
 
-class AskedToEndTest : public HardeningTest, public testing::WithParamInterface<std::tuple<Wait, bool>> {
+class EndedRunTest : public HardeningTest {
  protected:
+  [[nodiscard]] pid_t awaitTool() const {
+    const std::string file = engine.home() + "/pid";
+    EXPECT_TRUE(waitFor([&] { return readTestFile(file).ends_with('\n'); }, 20s));
+    return std::atoi(readTestFile(file).c_str());
+  }
   // Also in the place of the system's own.
   void install(const std::string& tool) {
     engine.installTool(tool, "echo $$ >\"$HOME/pid\"; exec /usr/bin/sleep 1000\n");
@@ -31,6 +36,8 @@ class AskedToEndTest : public HardeningTest, public testing::WithParamInterface<
   }
 };
 
+class AskedToEndTest : public EndedRunTest, public testing::WithParamInterface<std::tuple<Wait, bool>> {};
+
 TEST_P(AskedToEndTest, EndsTheToolAndTidiesUp) {
   NEEDS_PRIVATE_SYSTEM();
   const auto& [wait, hasWindow] = GetParam();
@@ -38,12 +45,12 @@ TEST_P(AskedToEndTest, EndsTheToolAndTidiesUp) {
                    wait.automount);
   install(wait.tool);
   engine.start(hasWindow ? openDisplay() : "");
-  const std::string file = engine.home() + "/pid";
-  ASSERT_TRUE(waitFor([&] { return readTestFile(file).ends_with('\n'); }, 20s));
+  const pid_t tool = awaitTool();
+  ASSERT_GT(tool, 0);
   ASSERT_EQ(::kill(engine.pid(), wait.signal), 0);
   const auto status = engine.exitStatus(8s);
   EXPECT_EQ(status, 1);
-  EXPECT_NE(::kill(std::stoi(readTestFile(file)), 0), 0);
+  EXPECT_NE(::kill(tool, 0), 0);
   EXPECT_EQ(engine.log().find("Results of the Corvane:") != std::string::npos,
             wait.tool == std::string("ditto"));
   EXPECT_FALSE(fileExists("/Volumes/corvane"));
@@ -53,6 +60,20 @@ TEST_P(AskedToEndTest, EndsTheToolAndTidiesUp) {
     ::umount2("/usr/bin/du", MNT_DETACH);
     engine.configureMail();
   });
+}
+
+TEST_F(EndedRunTest, ByTheLossOfTheDisplay) {
+  install("ditto");
+  engine.start(openDisplay());
+  const pid_t tool = awaitTool();
+  ASSERT_GT(tool, 0);
+  closeDisplay();
+  const auto status = engine.exitStatus(8s);
+  EXPECT_EQ(status, 1);
+  EXPECT_NE(::kill(tool, 0), 0);
+  EXPECT_FALSE(fileExists(engine.support() + "/.corvane.sh"));
+  EXPECT_FALSE(fileExists(engine.destination() + "/.QVB_Backup"));
+  judge(status, "] The display is lost");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -71,6 +71,10 @@ std::string HardeningTest::openDisplay() {
   return display_->name();
 }
 
+void HardeningTest::closeDisplay() {
+  if (std::exchange(display_, nullptr) && isPrivateSystem()) removeTree("/tmp/.X11-unix");
+}
+
 void HardeningTest::atStep(unsigned long step, const std::string& commands) {
   removeFile(engine.home() + "/steps");
   for (const std::string name : kTools) {
@@ -91,7 +95,7 @@ void HardeningTest::judge(std::optional<int> status, const std::string& cause,
     EXPECT_THAT(logged(), HasSubstr(cause));
   }
   if (recover) recover();
-  if (std::exchange(display_, nullptr) && isPrivateSystem()) removeTree("/tmp/.X11-unix");
+  closeDisplay();
   for (const std::string tool : kTools) EXPECT_TRUE(removeFile(engine.home() + "/bin/" + tool));
   removeFile(engine.library() + "/Logs/Corvane.log");
   removeFile(engine.home() + "/output");

@@ -36,6 +36,7 @@ class HardeningTest : public testing::Test {
 
   /// Opens a display that lasts until the judge comes, and answers its name.
   [[nodiscard]] std::string openDisplay();
+  void closeDisplay();
 
   /// Puts `commands` before the script's `step`-th use of a tool that changes files; "$tool" is that tool.
   void atStep(unsigned long step, const std::string& commands);
