@@ -103,14 +103,8 @@ void AppController::runBackupNow() {
   }
   openWindow();
   const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
-  if (isApplicationMissing(configuration.appLocation, places_.companion)) {
-    onlyRun_.release();  // no later run waits for somebody to answer
-    const auto answer = ask(missingApplicationAlert());
-    if (!becomeOnlyRun()) return;
-    if (answer == 0) {
-      completeUninstall();
-      return;
-    }
+  if (isApplicationMissing(configuration.appLocation, places_.companion) && !goesOnWithoutApplication()) {
+    return;
   }
   const auto showStatus = [this](const std::string& status) { updateDisplayWithStatus(status); };
   if (!isDestinationAvailable(configuration, record_, ports_.volumes, ports_.workspace, showStatus) ||
@@ -119,16 +113,14 @@ void AppController::runBackupNow() {
     return;
   }
   log("Configuring Backup...");
-  assembleScript(configuration);
-  workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
-  if (!clearLeftovers(workNames_, isSureToBeAlone_)) {
+  const Script script = generateShellScript(configuration);
+  if (script == Script::hasNoPlace) {
     failBeforeStart();
     return;
   }
-  const bool written = writeScript();
   log("Backup Starting...");
   ports_.display.setHeadline("Backup in Progress...");
-  if (written) {
+  if (script == Script::isReady) {
     executeShellScriptAtPath(scriptPath_);
   } else {
     processFinished();  // one that a killed run left must not be taken for this run's
@@ -158,6 +150,15 @@ std::size_t AppController::ask(const Alert& alert) {
   return answer;
 }
 
+// No later run waits for somebody to answer.
+bool AppController::goesOnWithoutApplication() {
+  onlyRun_.release();
+  const auto answer = ask(missingApplicationAlert());
+  if (!becomeOnlyRun()) return false;
+  if (answer == 0) completeUninstall();
+  return answer != 0;
+}
+
 // The run ends here without an announcement, as if it had never been scheduled.
 void AppController::completeUninstall() {
   const auto show = [this](const std::string& message, const std::string& information) {
@@ -170,15 +171,15 @@ void AppController::completeUninstall() {
   ports_.workspace.terminate(EXIT_SUCCESS);
 }
 
-void AppController::assembleScript(const BackupConfiguration& configuration) {
+AppController::Script AppController::generateShellScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
   ports_.steps.setStepMaximum(record_.progressMaximum);
-}
-
-bool AppController::writeScript() {
+  workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
+  if (!clearLeftovers(workNames_, isSureToBeAlone_)) return Script::hasNoPlace;
   writeManifests();
-  return QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript, kScriptName,
-                                                                supportFolder_);
+  const bool isWritten = QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript,
+                                                                                kScriptName, supportFolder_);
+  return isWritten ? Script::isReady : Script::isMissing;
 }
 
 // One that cannot be written is missing from its archive; an older one of ours must not stand in for it. In a

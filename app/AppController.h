@@ -75,10 +75,11 @@ class AppController : private TaskController, private ScriptHost {
   void openWindow();
   [[nodiscard]] std::size_t ask(const Alert& alert);
   void completeUninstall();
-  void assembleScript(const BackupConfiguration& configuration);
+  [[nodiscard]] bool goesOnWithoutApplication();
+  enum class Script { isReady, isMissing, hasNoPlace };
+  [[nodiscard]] Script generateShellScript(const BackupConfiguration& configuration);
   void failBeforeStart();
   void awaitDismissal();
-  [[nodiscard]] bool writeScript();
   void writeManifests();
   void removeWrittenFiles();
   void executeShellScriptAtPath(const std::string& path);

@@ -7,6 +7,6 @@ namespace corvane {
 
 /// Absolute, in UTF-8: the environment's, or that of the user's account; without a slash at its end;
 /// empty when neither tells.
-[[nodiscard]] std::string homeDirectory();
+[[nodiscard]] std::string getHomeDirectory();
 
 }  // namespace corvane

@@ -18,7 +18,7 @@ std::string withoutNeedlessSlashes(std::string path) {
 
 }  // namespace
 
-std::string homeDirectory() {
+std::string getHomeDirectory() {
   if (const char* home = std::getenv("HOME"); home && *home) return withoutNeedlessSlashes(home);
   const passwd* entry = ::getpwuid(::geteuid());
   return entry && entry->pw_dir ? entry->pw_dir : "";

@@ -13,6 +13,10 @@ namespace {
 constexpr double kAppKitOfCurrentSystem = 1671;
 constexpr int kMinorVersionOfCurrentSystem = 14;
 
+std::string getLibraryFolder() { return getHomeDirectory() + "/Library"; }
+std::string getAppSupportFolder() { return getLibraryFolder() + "/Application Support"; }
+std::string getDocumentsFolder() { return getHomeDirectory() + "/Documents"; }
+
 std::string userName() {
   const passwd* entry = ::getpwuid(::geteuid());
   return entry && entry->pw_name ? entry->pw_name : std::to_string(::geteuid());
@@ -30,12 +34,10 @@ std::string getToolsFolder() {
 }  // namespace
 
 Facts readFacts() {
-  const std::string home = homeDirectory();
-  const std::string library = home + "/Library";
-  return {.homeDirectory = home,
-          .libraryFolder = library,
-          .appSupportFolder = library + "/Application Support",
-          .documentsFolder = home + "/Documents",
+  return {.homeDirectory = getHomeDirectory(),
+          .libraryFolder = getLibraryFolder(),
+          .appSupportFolder = getAppSupportFolder(),
+          .documentsFolder = getDocumentsFolder(),
           .toolsFolder = getToolsFolder(),
           .userName = userName(),
           .localizedComputerName = QSComputerName::getLocalizedComputerName(),

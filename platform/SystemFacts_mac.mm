@@ -15,6 +15,11 @@ std::string userFolder(NSSearchPathDirectory directory) {
   return [folders count] == 0 ? std::string() : toUtf8([folders objectAtIndex:0]);
 }
 
+std::string getHomeDirectory() { return toUtf8(NSHomeDirectory()); }
+std::string getLibraryFolder() { return userFolder(NSLibraryDirectory); }
+std::string getAppSupportFolder() { return userFolder(NSApplicationSupportDirectory); }
+std::string getDocumentsFolder() { return userFolder(NSDocumentDirectory); }
+
 // The kernel's major version has been the system's minor version plus four since 10.0, and goes on counting
 // on systems that no longer call themselves 10.
 int minorSystemVersion() {
@@ -26,10 +31,10 @@ int minorSystemVersion() {
 }  // namespace
 
 Facts readFacts() {
-  return {.homeDirectory = toUtf8(NSHomeDirectory()),
-          .libraryFolder = userFolder(NSLibraryDirectory),
-          .appSupportFolder = userFolder(NSApplicationSupportDirectory),
-          .documentsFolder = userFolder(NSDocumentDirectory),
+  return {.homeDirectory = getHomeDirectory(),
+          .libraryFolder = getLibraryFolder(),
+          .appSupportFolder = getAppSupportFolder(),
+          .documentsFolder = getDocumentsFolder(),
           .toolsFolder = toUtf8([[NSBundle mainBundle] resourcePath]) + "/bin",
           .userName = toUtf8(NSUserName()),
           .localizedComputerName = QSComputerName::getLocalizedComputerName(),

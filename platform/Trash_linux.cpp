@@ -98,7 +98,7 @@ bool moveInto(const Trash& trash, const std::string& path) {
 Trash homeTrash(const std::string& path) {
   const char* data = std::getenv("XDG_DATA_HOME");
   const bool isSet = data && *data == '/';
-  return {(isSet ? data : homeDirectory() + "/.local/share") + std::string("/Trash"), path};
+  return {(isSet ? data : getHomeDirectory() + "/.local/share") + std::string("/Trash"), path};
 }
 
 // The topmost folder on the volume of `folder`, which has no links in it; without a slash at its end.

@@ -163,6 +163,9 @@ bool removeFile(const std::string& path) { return ::unlink(path.c_str()) == 0 ||
 
 bool removeTree(const std::string& path) {
   constexpr int kOpenFolders = 32;
+  // Some systems' nftw follows a link at the top, and a slash at the end makes any system follow it.
+  if (path.empty() || path.ends_with('/')) return false;
+  if (entryAt(path).kind != EntryKind::folder) return removeFile(path);
   ::nftw(path.c_str(), removeEntry, kOpenFolders, FTW_DEPTH | FTW_PHYS | FTW_MOUNT);
   struct stat status {};
   return ::lstat(path.c_str(), &status) != 0 && errno == ENOENT;

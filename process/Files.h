@@ -51,7 +51,7 @@ bool makeFolders(const std::string& path);
 bool removeFile(const std::string& path);
 
 /// Removes a folder with all that is in it, or a file. Links are removed, never followed, and what is mounted
-/// inside is left alone. True when nothing is there afterwards.
+/// inside is left alone. True when nothing is there afterwards; a path that ends with a slash is refused.
 bool removeTree(const std::string& path);
 
 /// "cannot VERB PATH: CAUSE" for the current errno.

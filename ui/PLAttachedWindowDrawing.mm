@@ -82,25 +82,23 @@ corvane::GradientColour gradientGrey(CGFloat brightness) {
   NSBezierPath* path = [self _backgroundPath];
   [image lockFocus];
   corvane::drawBacking(self, path);
+  [NSGraphicsContext saveGraphicsState];
+  [path addClip];
   [_PLBackgroundColor set];
-  [path fill];
-  [self pl_strokeInside:path];
+  corvane::fillClip(path);
+  [self pl_stroke:path];
+  [NSGraphicsContext restoreGraphicsState];
   [image unlockFocus];
   corvane::cutToShape(self, image, path);
   return [NSColor colorWithPatternImage:image];
 }
 
-// The clip is set after the body has been filled, on every system: GNUstep forgets it when it fills with a
-// pattern, and the fill ends at the same path anyway.
-- (void)pl_strokeInside:(NSBezierPath*)path {
+- (void)pl_stroke:(NSBezierPath*)path {
   const CGFloat width = _geometry.strokeWidth(corvane::userSpaceScaleFactor());
   if (width <= 0) return;
-  [NSGraphicsContext saveGraphicsState];
-  [path addClip];
   [path setLineWidth:width];
   [borderColor set];
   [path stroke];
-  [NSGraphicsContext restoreGraphicsState];
 }
 
 - (NSBezierPath*)_backgroundPath {

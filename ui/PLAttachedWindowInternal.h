@@ -30,7 +30,7 @@ inline NSRect native(const Rect& rect) { return NSMakeRect(rect.x, rect.y, rect.
 - (void)_updateBackground;
 - (NSColor*)_backgroundColorPatternImage;
 /// Draws the border: the inner half of a line along `path`.
-- (void)pl_strokeInside:(NSBezierPath*)path;
+- (void)pl_stroke:(NSBezierPath*)path;
 /// The outline in window coordinates. Autoreleased.
 - (NSBezierPath*)_backgroundPath;
 /// Continues `path` by the arrow from its current point, if the window has one.

@@ -40,6 +40,9 @@ void animateIndependently(NSProgressIndicator* bar);
 /// shine through the window in place of what lies behind it.
 void drawBacking(NSWindow* window, NSBezierPath* body);
 
+/// Fills `path`, to which drawing is clipped already and still is afterwards.
+void fillClip(NSBezierPath* path);
+
 /// Leaves what lies outside `body`, in window coordinates, to the windows behind: the clicks there, and on a
 /// screen that cannot show windows through each other, all but the solid part of `image`.
 void cutToShape(NSWindow* window, NSImage* image, NSBezierPath* body);

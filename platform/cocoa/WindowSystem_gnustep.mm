@@ -162,6 +162,12 @@ void drawBacking(NSWindow* window, NSBezierPath* body) {
   [body fill];
 }
 
+// Filling with a pattern forgets the clip.
+void fillClip(NSBezierPath* path) {
+  [path fill];
+  [path addClip];
+}
+
 // Every image that is drawn into costs some kilobytes here that are never given back.
 NSImage* emptyBackground(NSWindow* window) {
   NSColor* colour = [window backgroundColor];

@@ -39,6 +39,8 @@ NSImage* emptyBackground(NSWindow* window) {
 
 void animateIndependently(NSProgressIndicator* bar) { [bar setUsesThreadedAnimation:YES]; }
 
+void fillClip(NSBezierPath* path) { [path fill]; }
+
 // The system does all this by itself.
 void prepareWindow(NSWindow*) {}
 void drawBacking(NSWindow*, NSBezierPath*) {}

@@ -32,7 +32,7 @@ TEST(HomeDirectory, IsSpeltInOneWay) {
   const std::string before = std::getenv("HOME");
   for (const char* home : {"/home/anna", "/home/anna/", "//home//anna//"}) {
     ::setenv("HOME", home, 1);
-    EXPECT_EQ(homeDirectory(), "/home/anna");
+    EXPECT_EQ(getHomeDirectory(), "/home/anna");
   }
   ::setenv("HOME", before.c_str(), 1);
 }
