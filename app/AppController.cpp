@@ -69,7 +69,7 @@ bool AppController::becomeOnlyRun() {
   const auto lock = takeLock();
   if (lock == FileLock::Outcome::heldByAnother) {
     log("A backup is already running.");
-    ports_.workspace.terminate(kAlreadyRunning);
+    end(kAlreadyRunning);
     return false;
   }
   isSureToBeAlone_ = lock == FileLock::Outcome::acquired;
@@ -95,10 +95,15 @@ bool AppController::loadPreferences() {
   return true;
 }
 
+void AppController::end(int status) {
+  isEnding_ = true;
+  ports_.workspace.terminate(status);
+}
+
 void AppController::runBackupNow() {
   if (!loadPreferences()) {
     log("Unable to start backup due above issue.");
-    ports_.workspace.terminate(EXIT_FAILURE);
+    end(EXIT_FAILURE);
     return;
   }
   openWindow();
@@ -113,6 +118,7 @@ void AppController::runBackupNow() {
     return;
   }
   log("Configuring Backup...");
+  isAtWork_ = true;
   const Script script = generateShellScript(configuration);
   if (script == Script::hasNoPlace) {
     failBeforeStart();
@@ -129,6 +135,7 @@ void AppController::runBackupNow() {
 
 // The window stays until its user has seen it.
 void AppController::failBeforeStart() {
+  isAtWork_ = false;
   record_.tempFolderStore.reset();  // whatever stands there is not this run's
   ports_.display.setHeadline("Backup Failed");
   awaitDismissal();
@@ -153,10 +160,9 @@ std::size_t AppController::ask(const Alert& alert) {
 // No later run waits for somebody to answer.
 bool AppController::goesOnWithoutApplication() {
   onlyRun_.release();
-  const auto answer = ask(missingApplicationAlert());
-  if (!becomeOnlyRun()) return false;
-  if (answer == 0) completeUninstall();
-  return answer != 0;
+  if (ask(missingApplicationAlert()) != 0) return becomeOnlyRun();
+  completeUninstall();
+  return false;
 }
 
 // The run ends here without an announcement, as if it had never been scheduled.
@@ -168,7 +174,7 @@ void AppController::completeUninstall() {
   crontab.setScriptName("BackupEngine.app");
   crontab.removeCronJob();
   ports_.workspace.moveToTrash(facts_.appSupportFolder + "/Quillon/Corvane");
-  ports_.workspace.terminate(EXIT_SUCCESS);
+  end(EXIT_SUCCESS);
 }
 
 AppController::Script AppController::generateShellScript(const BackupConfiguration& configuration) {
@@ -236,6 +242,7 @@ void AppController::processFinished() {
   removeWrittenFiles();
   ports_.activity.stopActivity();
   if (succeeded_) {
+    isAtWork_ = false;
     startFadeTimer();
   } else {
     showFailure();
@@ -251,6 +258,7 @@ void AppController::showFailure() {
   ports_.window.showFailure();
   ports_.display.setHeadline("Backup had errors");
   deleteStagingFolder("Cleaning up after failed Backup");
+  isAtWork_ = false;
   awaitDismissal();
 }
 
@@ -276,17 +284,19 @@ void AppController::deleteStagingFolder(const char* announcement) {
 }
 
 void AppController::cancelBackup() {
+  if (isEnding_) return;
   log("User: Cancelling Backup");
   updateDisplayWithStatus("Cancelling Backup");
   if (backupTask_) backupTask_->stopProcess();
   deleteStagingFolder("Cleaning up after Cancelled Backup");
+  isAtWork_ = false;
   startFadeTimer();
   ports_.workspace.postNotification(kCompletion);
 }
 
 void AppController::abandon() {
   if (backupTask_) backupTask_->abandonProcess();
-  if (!isSureToBeAlone_ || isOver_) return;
+  if (!std::exchange(isAtWork_, false)) return;
   log("The display is lost: the backup is cancelled");
   removeWrittenFiles();
   deleteStagingFolder("Cleaning up after Cancelled Backup");
@@ -310,7 +320,7 @@ void AppController::fade() {
   timer_.reset();
   ports_.window.close();
   record_.contentsLocation.clear();
-  ports_.workspace.terminate(succeeded_ ? EXIT_SUCCESS : EXIT_FAILURE);
+  end(succeeded_ ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 void AppController::measureMailFolder() {

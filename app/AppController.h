@@ -57,11 +57,13 @@ class AppController : private TaskController, private ScriptHost {
   /// user, or for the program to end.
   void awakeFromNib();
 
-  /// The cancel button: ends the script with all that it started, cleans up, and fades out.
+  /// The cancel button: ends the script with all that it started, cleans up, and fades out. Without effect
+  /// when the program is ending already.
   void cancelBackup();
 
   /// For a program that is ending itself, from wherever it stands: ends the script with all that it started
-  /// and cleans up, without display and run loop. Nothing is announced. Without effect on a run that is over.
+  /// and cleans up, without display and run loop. Nothing is announced. Without effect on a run that has not
+  /// begun to work, or is done.
   void abandon();
 
   /// The log button: opens the log and fades out.
@@ -70,6 +72,7 @@ class AppController : private TaskController, private ScriptHost {
  private:
   [[nodiscard]] FileLock::Outcome takeLock();
   [[nodiscard]] bool becomeOnlyRun();
+  void end(int status);
   [[nodiscard]] bool loadPreferences();
   void runBackupNow();
   void openWindow();
@@ -111,6 +114,8 @@ class AppController : private TaskController, private ScriptHost {
   ProgressMonitor monitor_;
   FileLock onlyRun_;
   bool isSureToBeAlone_ = false;  // the lock was had: what lies about is no living run's
+  bool isAtWork_ = false;         // this run's files may lie about, which nobody else tidies up
+  bool isEnding_ = false;         // the program has been asked to end
   bool isOver_ = false;           // the lock was given back, and the window waits for its user
   ControlFilter controlFilter_;
   bool succeeded_ = false;

@@ -18,12 +18,17 @@ bool isLetterOrDigit(char character) {
          (character >= 'A' && character <= 'Z');
 }
 
-bool holdsALetter(std::string_view text) { return std::any_of(text.begin(), text.end(), isLetterOrDigit); }
+bool isAscii(char character) { return static_cast<unsigned char>(character) < 0x80; }
+
+bool holdsALetter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(),
+                     [](char one) { return isLetterOrDigit(one) || !isAscii(one); });
+}
 
 // Names of months hold other characters in other languages: "nov.", "Mär", " 1月", "C'hwe".
 bool canBeOfADate(char character) {
-  const bool isAscii = static_cast<unsigned char>(character) < 0x80;
-  return !isAscii || isLetterOrDigit(character) || std::string_view("-.' ").find(character) != npos;
+  return !isAscii(character) || isLetterOrDigit(character) ||
+         std::string_view("-.' ").find(character) != npos;
 }
 
 // Two digits for the day and four for the year, at least.
@@ -140,13 +145,13 @@ std::vector<WorkName> workNames(const RunRecord& record, const std::string& dest
   std::vector<WorkName> names{{base, std::string(kStagingName), "", Between::nothing, EntryKind::folder},
                               {base, std::string(kArchiveInProgress)},
                               {base, kUnfinishedArchive, "", Between::sixteenDigits, EntryKind::file, false},
-                              temporaryFile(base + "/.corvane."),  // by which owners are compared
+                              temporaryFile(base + "/.corvane-owner-"),  // by which owners are compared
                               temporaryFile("/tmp/corvane-mount."),
-                              temporaryFile(supportFolder + ".corvane.sh.")};
+                              temporaryFile(supportFolder + ".corvane.sh.new-")};
   for (const auto& archive : record.copiedArchives) {
     if (const auto name = archiveName(base, archive)) names.push_back(*name);
   }
-  for (const auto& manifest : record.manifests) names.push_back(temporaryFile(manifest.path + "."));
+  for (const auto& manifest : record.manifests) names.push_back(temporaryFile(manifest.path + ".new-"));
   return names;
 }
 

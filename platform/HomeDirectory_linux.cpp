@@ -21,7 +21,7 @@ std::string withoutNeedlessSlashes(std::string path) {
 std::string getHomeDirectory() {
   if (const char* home = std::getenv("HOME"); home && *home) return withoutNeedlessSlashes(home);
   const passwd* entry = ::getpwuid(::geteuid());
-  return entry && entry->pw_dir ? entry->pw_dir : "";
+  return entry && entry->pw_dir ? withoutNeedlessSlashes(entry->pw_dir) : "";
 }
 
 }  // namespace corvane

@@ -107,7 +107,7 @@ Entry entryAt(const std::string& path) {
 bool hasOwnerOfNewFiles(const std::string& path) {
   struct stat old {};
   struct stat fresh {};
-  std::string sample = path.substr(0, path.find_last_of('/')) + "/.corvane.XXXXXX";
+  std::string sample = path.substr(0, path.find_last_of('/')) + "/.corvane-owner-XXXXXX";
   const Descriptor file(::mkstemp(sample.data()));
   if (file.number < 0) return false;
   const bool areKnown = ::fstat(file.number, &fresh) == 0 && ::lstat(path.c_str(), &old) == 0;
@@ -140,7 +140,7 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit, 
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem) {
-  std::string temporary = path + ".XXXXXX";
+  std::string temporary = path + ".new-XXXXXX";
   const Descriptor file(::mkstemp(temporary.data()));
   if (file.number < 0) {
     problem = errnoSentence("write", path);

@@ -15,7 +15,12 @@ bool QSShellScriptGenerator::generateShellScriptFromCommand(std::string_view scr
     log(problem);
     return false;
   }
-  if (runTool({"/bin/chmod", "+x", path}).status != 0) log("Make task Executable: Unsuccessful");
+  const ToolResult made = runTool({"/bin/chmod", "+x", path});
+  if (!made.problem.empty()) {
+    log(made.problem);
+  } else if (made.status != 0) {
+    log("Make task Executable: Unsuccessful");
+  }
   return true;
 }
 

@@ -1,5 +1,6 @@
 #include "process/TaskWrapper.h"
 
+#include <poll.h>
 #include <csignal>
 #include <cstring>
 #include <utility>
@@ -11,7 +12,10 @@
 namespace corvane {
 namespace {
 
-constexpr double kWatchInterval = 5.0;  // seconds
+using Clock = std::chrono::steady_clock;
+
+constexpr double kWatchInterval = 2.5;  // seconds
+constexpr std::chrono::seconds kPatience{5};
 
 }  // namespace
 
@@ -51,7 +55,12 @@ void TaskWrapper::launch() {
 
 // They hold the output, and nobody else has anything to say: it would be waited for as long as they run.
 void TaskWrapper::lookForLeftOnes() {
-  if (!task_->leaderHasEnded() || !std::exchange(childHasEnded_, true)) return;
+  if (!task_->leaderHasEnded()) return;
+  const auto now = Clock::now();
+  if (!childEnded_) childEnded_ = now;
+  pollfd output{pipe_->readEnd, POLLIN, 0};
+  const bool isUnread = ::poll(&output, 1, 0) > 0 && (output.revents & POLLIN) != 0;
+  if (isUnread || now - *childEnded_ < kPatience) return;
   log(arguments_.front() + " has ended, but not all that it started: that is ended now");
   stopProcess();
 }

@@ -2,6 +2,7 @@
 // Owner: the controller, which must outlive it or stop it. Thread: main; all callbacks arrive there.
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -64,7 +65,7 @@ class TaskWrapper {
   std::unique_ptr<RunLoop::Source> reader_;
   std::optional<ChildProcess> task_;
   std::unique_ptr<RunLoop::Source> watch_;
-  bool childHasEnded_ = false;  // when it was last looked for
+  std::optional<std::chrono::steady_clock::time_point> childEnded_;  // when that was first seen
   bool started_ = false;
 };
 

@@ -12,7 +12,8 @@ namespace corvane {
 namespace {
 
 constexpr std::size_t kMostWords = 500;                // bytes of what a tool said that are logged
-constexpr Patience kToItsEnd{.alsoWhenEnding = true};  // the user has decided, and half of it is worse
+// The user has decided, and half of it is worse; some systems ask him once more.
+constexpr Patience kToItsEnd{.limit = std::chrono::minutes(10), .alsoWhenEnding = true};
 
 std::string causeOf(const ToolResult& result) {
   if (!result.problem.empty()) return result.problem;

@@ -1,5 +1,6 @@
 #import "platform/cocoa/AppControllerAdapter.h"
 
+#include <unistd.h>
 #include <cstdlib>
 
 #include "app/AppController.h"
@@ -16,10 +17,12 @@ namespace corvane {
 namespace {
 
 AppController* conductor = nullptr;  // of the run that is going on
+pid_t conductorsProcess = -1;
 
-// A window system that is gone leaves by `exit`, from inside any call to it.
+// A window system that is gone leaves by `exit`, from inside any call to it; so does a framework's child that
+// cannot become the program it was made for, and it may share this memory.
 void abandonRun() {
-  if (conductor) conductor->abandon();
+  if (conductor && ::getpid() == conductorsProcess) conductor->abandon();
 }
 
 }  // namespace
@@ -28,6 +31,7 @@ void abandonRun() {
 struct CocoaRun {
   explicit CocoaRun(const ProgressViews& views) : window(views) {
     conductor = &controller;
+    conductorsProcess = ::getpid();
     std::atexit(abandonRun);
   }
   ~CocoaRun() { conductor = nullptr; }

@@ -9,15 +9,18 @@
 #include "platform/Trash.h"
 #import "platform/cocoa/CompletionNotification.h"
 #import "platform/cocoa/Strings.h"
+#include "process/FileMask.h"
 #include "process/Log.h"
 
 namespace corvane {
 
 void CocoaWorkspace::launchApplication(const std::string& name) {
+  const UsersFileMask mask;
   if (![[NSWorkspace sharedWorkspace] launchApplication:toNSString(name)]) log("cannot launch " + name);
 }
 
 void CocoaWorkspace::openFile(const std::string& path, const std::string& application) {
+  const UsersFileMask mask;
   const bool opened = [[NSWorkspace sharedWorkspace] openFile:toNSString(path)
                                               withApplication:toNSString(application)];
   if (!opened && !openWithDesktop(path)) log("cannot open " + path);

@@ -215,6 +215,11 @@ TEST_F(AppControllerTest, AnOpenQuestionLeavesTheNextRunAlone) {
   };
   start();
   EXPECT_EQ(eventsSince().back(), "terminate 11");
+  home.write("Library/Application Support/Quillon/Corvane/.corvane.sh", "the next run's");
+  controller->abandon();
+  controller->cancelBackup();
+  EXPECT_TRUE(fileExists(support() + "/.corvane.sh"));
+  EXPECT_THAT(eventsSince(), ElementsAre());
 }
 
 TEST(MissingApplication, IsAtNeitherPlace) {
