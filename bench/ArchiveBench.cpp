@@ -145,10 +145,14 @@ void Bench::cold() const {
   const std::string copy = folder_ + "/copy";
   auto all = contestants(quoted(path), quoted(product_));
   all.insert(all.begin(), {"cp -r", "cp -r '" + path + "' '" + copy + "'", {}});
-  for (Contestant& contestant : all) contestant.line += " && sync -f '" + folder_ + "'";
+  all.insert(all.begin(), all.front());
+  all.front().name += ", not flushed";
+  for (std::size_t i = 1; i < all.size(); ++i) all[i].line += " && sync -f '" + folder_ + "'";
   std::printf("%s, with an empty cache:\n", kKinds[0].name);
   // What was copied is removed between, so that each round makes it anew.
-  all.insert(all.begin() + 1, {"(its removal)", "rm -rf '" + copy + "'", {}});
+  const Contestant removal{"(its removal)", "rm -rf '" + copy + "'", {}};
+  all.insert(all.begin() + 1, removal);
+  all.insert(all.begin() + 3, removal);
   compare(all, product_, rounds_, Cache::cold);
 }
 

@@ -25,7 +25,7 @@ TEST_P(FailedArchiveTest, NamesTheCauseAndKeepsTheOlderArchive) {
   // system is made to fail by whoever traces it, which a search for leaks does not bear.
   const std::string tools = R"~(cp "$DITTO" ./ditto; user() { "$@"; }; [ $(id -u) = 0 ] &&
 user() { setpriv --reuid=65534 --regid=65534 --clear-groups "$@"; }
-failing() { inject=$1:error=$2:when=1; shift 2; strace -o trace true || exit 77
+failing() { inject=$1:error=$2; shift 2; strace -o trace true || exit 77
 ASAN_OPTIONS=detect_leaks=0 strace -f -o trace -e inject=$inject "$@"; }
 )~";
   const FailureCase& row = GetParam();
@@ -51,9 +51,13 @@ INSTANTIATE_TEST_SUITE_P(
         // Files of this kind have more bytes than they say: as one that grows while it is read.
         FailureCase{"grown", "", "", "/proc/version", "/proc/version"},
         FailureCase{"shrunk", "test -e /sys/devices/system/cpu/online || exit 77", "", kCpus, kCpus},
-        FailureCase{"read", "", "failing pread64 EIO -P source/file", "source", "source/file"},
-        FailureCase{"rewrite", "head -c 3000000 /dev/zero >source/big", "failing pwrite64 ENOSPC"},
-        FailureCase{"flush", "", "failing fsync EIO"}, FailureCase{"rename", "", "failing renameat EACCES"},
+        FailureCase{"read", "", "failing pread64 EIO:when=1 -P source/file", "source", "source/file"},
+        FailureCase{"rewrite", "head -c 3000000 /dev/zero >source/big", "failing pwrite64 ENOSPC:when=1"},
+        FailureCase{"vanished", "", "failing openat ENOENT:when=1 -P file", "source", "source/file"},
+        FailureCase{"write", "", "failing write ENOSPC:when=1"},
+        FailureCase{"flush", "", "failing fsync EIO:when=1"},
+        FailureCase{"nameFlush", "", "failing fsync EIO:when=2"},
+        FailureCase{"rename", "", "failing renameat,renameat2 EACCES:when=1"},
         FailureCase{"limit", "head -c 300000 /dev/urandom >source/big", "prlimit --fsize=100000"}),
     [](const auto& tested) { return tested.param.what; });
 
@@ -125,7 +129,7 @@ ditto $operands 2>&1; done; stat -c %F link pipe out/file; cat file)~",
          "ditto: file: File exists\nregular file\nfifo\nfifo\nold\n");
 }
 
-// The name, the second that is flushed, stands already; but after a power cut it may not.
+// Where there was none before, the new one stays; but after a power cut it may be gone.
 TEST_F(DittoHazardsTest, TellsThatTheNameCouldNotBeFlushed) {
   expect(R"~(echo x >file; strace -o trace true 2>&- || exit 77
 for error in EIO EINVAL; do ASAN_OPTIONS=detect_leaks=0 strace -f -o trace -e inject=fsync:error=$error:when=2 \

@@ -35,7 +35,7 @@ class DittoKit : public testing::Test, protected ScratchFolder {
         "/bin/sh", {"/bin/sh", "-c", kDittoCommands + script, path()}, currentEnvironment()};
     setVariable(command.environment, "DITTO", DITTO_PROGRAM);
     setVariable(command.environment, "LC_ALL", "C.UTF-8");
-    const ToolResult result = runTool(command);
+    const ToolResult result = runTool(command, Capture::outputAndErrors, {.limit = std::chrono::minutes(5)});
     return result.status == 0 ? result.output : result.output + "(" + std::to_string(result.status) + ")~";
   }
 };

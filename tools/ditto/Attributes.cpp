@@ -17,6 +17,9 @@ constexpr std::size_t kLargest = 65536;  // of a value, and of the list of names
 // No failure: nothing is lost that could have been kept.
 bool isBeyondUs(int problem) { return problem == EPERM || problem == ENOTSUP || problem == ENOSYS; }
 
+// Smaller than the file system it comes from.
+bool isNoRoom(int problem) { return problem == ENOSPC || problem == E2BIG || problem == ERANGE; }
+
 bool succeeded(int result) { return result == 0 || isBeyondUs(errno); }
 
 bool isWanted(std::string_view name, const KeptAttributes& kept) {
@@ -26,7 +29,7 @@ bool isWanted(std::string_view name, const KeptAttributes& kept) {
 bool copyExtended(int from, const char* name, int to, std::vector<char>& value) {
   const ssize_t size = ::fgetxattr(from, name, value.data(), value.size());
   if (size < 0) return errno == ENODATA || isBeyondUs(errno);
-  return succeeded(::fsetxattr(to, name, value.data(), static_cast<std::size_t>(size), 0));
+  return succeeded(::fsetxattr(to, name, value.data(), static_cast<std::size_t>(size), 0)) || isNoRoom(errno);
 }
 
 bool copyExtended(int from, int to, const KeptAttributes& kept) {
@@ -50,7 +53,7 @@ std::array<struct timespec, 2> timesOf(const struct stat& status) { return {stat
 bool setOwnerAndMode(int file, const struct stat& wanted) {
   if (::fchown(file, wanted.st_uid, wanted.st_gid) != 0) {
     const bool groupOnly = ::fchown(file, static_cast<uid_t>(-1), wanted.st_gid) == 0;
-    if (!groupOnly && !isBeyondUs(errno)) return false;
+    if (!groupOnly && !isBeyondUs(errno) && errno != EINVAL) return false;  // unknown to a name space
   }
   struct stat now {};
   if (::fstat(file, &now) != 0) return false;

@@ -60,7 +60,7 @@ void Packer::work() {
   while (const auto work = queue_.take()) {
     if (const Batch* batch = std::get_if<Batch>(&*work)) {
       packBatch(*batch);
-      queue_.finished();
+      queue_.finished(*batch, batchBytes_);
     } else {
       packBlock(std::get<Block>(*work));
     }
@@ -69,6 +69,7 @@ void Packer::work() {
 
 void Packer::packBatch(const Batch& batch) {
   place_ = {batch.number, 0};
+  batchBytes_ = 0;
   beginPiece();
   for (const Item& item : batch.items) {
     if (outbox_.demand() == Demand::nothing) break;
@@ -168,6 +169,7 @@ void Packer::packWhole(const OpenedFile& opened, ZipEntry entry) {
     return fail(opened.shown, cause);
   }
   const Bytes bytes = input_.bytes();
+  batchBytes_ += bytes.size();
   entry.checksum = checksumOf(bytes);
   entry.offset = packed_.size();
   entry.isDeflated = !bytes.empty();

@@ -60,9 +60,10 @@ class Packer {
   Outbox& outbox_;
   Compressor compressor_;
   Buffer input_;
-  Buffer packed_;  // becomes the bytes of the piece at work
-  Piece piece_;    // of the batch at hand
-  Place place_;    // where it belongs
+  Buffer packed_;                 // becomes the bytes of the piece at work
+  Piece piece_;                   // of the batch at hand
+  Place place_;                   // where it belongs
+  std::uint64_t batchBytes_ = 0;  // that were read for the batch at hand
 };
 
 }  // namespace corvane::ditto

@@ -12,6 +12,7 @@ namespace corvane::ditto {
 namespace {
 
 constexpr std::size_t kNameSize = 32;
+constexpr off_t kFlushedTogether = off_t{1} << 23;
 
 // What the signal handler needs. Changed only while the signals are held back.
 volatile sig_atomic_t temporaryFolder = -1;
@@ -117,6 +118,12 @@ bool TargetFile::write(std::span<const char> bytes) {
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return false;
     bytes = bytes.subspan(static_cast<std::size_t>(count));
+    written_ += count;
+  }
+  // All at once at the end, the flush would take its time, and hear no signal.
+  if (written_ - onItsWay_ >= kFlushedTogether) {
+    ::sync_file_range(file_.get(), onItsWay_, written_ - onItsWay_, SYNC_FILE_RANGE_WRITE);
+    onItsWay_ = written_;
   }
   return true;
 }
@@ -136,9 +143,32 @@ bool TargetFile::putInPlace() {
   if (file_.isOpen() && !flush(file_.get())) return false;
   const SignalsHeldBack heldBack;
   if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) return false;
+  forgetTemporary();
+  return true;
+}
+
+// As long as the earlier one is there under the temporary name, it can be put back.
+bool TargetFile::putInPlaceForGood() {
+  if (!flush(file_.get())) return false;
+  const SignalsHeldBack heldBack;
+  if (!exchangeNames()) return putInPlace() && flush(folder_);
+  if (flush(folder_) && ::unlinkat(folder_, temporary_.c_str(), 0) == 0) {
+    forgetTemporary();
+    return true;
+  }
+  const int problem = errno;
+  static_cast<void>(exchangeNames());
+  errno = problem;
+  return false;
+}
+
+bool TargetFile::exchangeNames() const {
+  return ::renameat2(folder_, temporary_.c_str(), folder_, name_.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+void TargetFile::forgetTemporary() {
   temporaryFolder = -1;
   temporary_.clear();
-  return true;
 }
 
 bool TargetFile::statusThere(struct stat& status) const {

@@ -51,6 +51,10 @@ class TargetFile {
   /// Everything written is on the disk, and then the name is the target's, in place of an earlier one.
   [[nodiscard]] bool putInPlace();
 
+  /// The same, and the name is on the disk too. On failure an earlier one of the name is there as before,
+  /// where the file system can exchange names.
+  [[nodiscard]] bool putInPlaceForGood();
+
   [[nodiscard]] int file() const { return file_.get(); }
   [[nodiscard]] const std::string& temporaryName() const { return temporary_; }
 
@@ -62,6 +66,8 @@ class TargetFile {
 
  private:
   [[nodiscard]] bool statusThere(struct stat& status) const;
+  [[nodiscard]] bool exchangeNames() const;
+  void forgetTemporary();
   template <typename Make>
   bool make(Make attempt);
 
@@ -70,6 +76,8 @@ class TargetFile {
   std::string name_;
   std::string temporary_;  // empty as long as there is none
   Descriptor file_;
+  off_t written_ = 0;
+  off_t onItsWay_ = 0;  // to the disk
 };
 
 /// The folder and the name that a path stands for. The folder is not open, and errno set, when it cannot be

@@ -1,21 +1,24 @@
 #include "tools/ditto/WorkQueue.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace corvane::ditto {
 namespace {
 
-// Enough to be worth the locks and the write; few enough folders to hold open.
+// Enough to be worth the locks and the write; not so much that others run out of room while it is packed; few
+// enough folders to hold open.
 constexpr std::size_t kItems = 64;
+constexpr std::uint64_t kBytes = std::uint64_t{1} << 20;
 constexpr std::size_t kFolders = 4;
 
 }  // namespace
 
 // False behind the last item.
-bool WorkQueue::fill(std::vector<Item>& items) {
-  items.reserve(kItems);
+bool WorkQueue::fill(std::vector<Item>& items, std::size_t most) {
+  items.reserve(most);
   std::size_t folders = 0;
-  for (const Descriptor* last = nullptr; items.size() < kItems && folders < kFolders;) {
+  for (const Descriptor* last = nullptr; items.size() < most && folders < kFolders;) {
     Item item;
     if (!next_(item)) return false;
     if (item.folder && item.folder.get() != last) {
@@ -29,9 +32,10 @@ bool WorkQueue::fill(std::vector<Item>& items) {
 
 Batch WorkQueue::takeBatch(std::unique_lock<std::mutex>& lock) {
   isWalking_ = true;
+  const auto most = static_cast<std::size_t>(std::clamp<std::uint64_t>(kBytes / itemSize_, 1, kItems));
   lock.unlock();
   Batch batch;
-  const bool isMore = fill(batch.items);
+  const bool isMore = fill(batch.items, most);
   lock.lock();
   isWalking_ = false;
   ended_ = !isMore;
@@ -58,8 +62,11 @@ std::optional<Work> WorkQueue::take() {
   return std::nullopt;
 }
 
-void WorkQueue::finished() {
+// Quick to become careful, slow to forget it.
+void WorkQueue::finished(const Batch& batch, std::uint64_t bytes) {
+  const std::uint64_t each = bytes / batch.items.size() + 1;
   const std::scoped_lock lock(mutex_);
+  itemSize_ = std::max(each, (3 * itemSize_ + each) / 4);
   if (--atWork_ == 0) changed_.notify_all();
 }
 

@@ -5,6 +5,7 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -59,8 +60,8 @@ class WorkQueue {
 
   /// Waits for work; none when all is done or stopped.
   [[nodiscard]] std::optional<Work> take();
-  /// The batch that this thread took is packed.
-  void finished();
+  /// A batch that this thread took is packed; `bytes` is what it read for it by itself.
+  void finished(const Batch& batch, std::uint64_t bytes);
 
   /// Lets all help with a file of the batch at hand.
   void offer(const std::shared_ptr<LargeFile>& file);
@@ -74,7 +75,7 @@ class WorkQueue {
  private:
   [[nodiscard]] Block takeBlock();
   [[nodiscard]] Batch takeBatch(std::unique_lock<std::mutex>& lock);
-  [[nodiscard]] bool fill(std::vector<Item>& items);
+  [[nodiscard]] bool fill(std::vector<Item>& items, std::size_t most);
 
   std::mutex mutex_;
   std::condition_variable changed_;
@@ -82,7 +83,8 @@ class WorkQueue {
   std::map<Place, std::shared_ptr<LargeFile>> large_;  // with blocks left
   std::size_t batches_ = 0;
   std::size_t atWork_ = 0;
-  bool isWalking_ = false;  // somebody, who has no lock: a slow folder does not stop the others
+  std::uint64_t itemSize_ = 65536;  // what is to be expected of the next ones
+  bool isWalking_ = false;          // somebody, who has no lock: a slow folder does not stop the others
   bool ended_ = false;
   bool stopped_ = false;
 };

@@ -113,7 +113,7 @@ void createArchive(const Options& options, Report& report) {
   SourceItems items(std::move(source), status, options, target);
   archive(names, items, target, options, report);
   if (report.failed()) return;
-  if (!target.putInPlace() || !place.flushName()) report.failErrno(options.destination);
+  if (!target.putInPlaceForGood()) report.failErrno(options.destination);
 }
 
 }  // namespace corvane::ditto
