@@ -39,7 +39,7 @@ bool countsAsStep(const std::string& output) {
 
 AppController::AppController(const Facts& facts, Ports ports, const SystemPlaces& places)
     : facts_(facts),
-      supportFolder_(facts.appSupportFolder + "/Quillon/Corvane/"),
+      supportFolder_(supportFolder(facts) + "/"),
       scriptPath_(supportFolder_ + kScriptName),
       logPath_(facts.libraryFolder + "/Logs/Corvane.log"),
       ports_(ports),
@@ -107,7 +107,7 @@ void AppController::runBackupNow() {
     return;
   }
   openWindow();
-  const auto configuration = readConfiguration(ports_.propertyLists, facts_.appSupportFolder);
+  const auto configuration = readConfiguration(ports_.propertyLists, supportFolder(facts_));
   if (isApplicationMissing(configuration.appLocation, places_.companion) && !goesOnWithoutApplication()) {
     return;
   }
@@ -119,14 +119,14 @@ void AppController::runBackupNow() {
   }
   log("Configuring Backup...");
   isAtWork_ = true;
-  const Script script = generateShellScript(configuration);
-  if (script == Script::hasNoPlace) {
+  const ScriptOutcome script = generateShellScript(configuration);
+  if (script == ScriptOutcome::hasNoPlace) {
     failBeforeStart();
     return;
   }
   log("Backup Starting...");
   ports_.display.setHeadline("Backup in Progress...");
-  if (script == Script::isReady) {
+  if (script == ScriptOutcome::isReady) {
     executeShellScriptAtPath(scriptPath_);
   } else {
     processFinished();  // one that a killed run left must not be taken for this run's
@@ -173,19 +173,19 @@ void AppController::completeUninstall() {
   QSCrontabModifier crontab(facts_.homeDirectory, show, places_.crontabTool);
   crontab.setScriptName("BackupEngine.app");
   crontab.removeCronJob();
-  ports_.workspace.moveToTrash(facts_.appSupportFolder + "/Quillon/Corvane");
+  ports_.workspace.moveToTrash(supportFolder(facts_));
   end(EXIT_SUCCESS);
 }
 
-AppController::Script AppController::generateShellScript(const BackupConfiguration& configuration) {
+AppController::ScriptOutcome AppController::generateShellScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
   ports_.steps.setStepMaximum(record_.progressMaximum);
   workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
-  if (!clearLeftovers(workNames_, isSureToBeAlone_)) return Script::hasNoPlace;
+  if (!clearLeftovers(workNames_, isSureToBeAlone_)) return ScriptOutcome::hasNoPlace;
   writeManifests();
   const bool isWritten = QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript,
                                                                                 kScriptName, supportFolder_);
-  return isWritten ? Script::isReady : Script::isMissing;
+  return isWritten ? ScriptOutcome::isReady : ScriptOutcome::isMissing;
 }
 
 // One that cannot be written is missing from its archive; an older one of ours must not stand in for it. In a
@@ -226,6 +226,7 @@ void AppController::appendOutput(const std::string& raw) {
   if (start < output.size()) appendChunk(output.substr(start));
 }
 
+// What the system's loader says is never shown, but counts as a step.
 void AppController::appendChunk(const std::string& output) {
   if (contains(output, kLaunchMail)) {
     ports_.workspace.launchApplication("Mail.app");

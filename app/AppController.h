@@ -79,8 +79,8 @@ class AppController : private TaskController, private ScriptHost {
   [[nodiscard]] std::size_t ask(const Alert& alert);
   void completeUninstall();
   [[nodiscard]] bool goesOnWithoutApplication();
-  enum class Script { isReady, isMissing, hasNoPlace };
-  [[nodiscard]] Script generateShellScript(const BackupConfiguration& configuration);
+  enum class ScriptOutcome { isReady, isMissing, hasNoPlace };
+  [[nodiscard]] ScriptOutcome generateShellScript(const BackupConfiguration& configuration);
   void failBeforeStart();
   void awaitDismissal();
   void writeManifests();

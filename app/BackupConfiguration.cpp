@@ -85,7 +85,8 @@ std::vector<std::string> clientNames(Reader& reader) {
   return names;
 }
 
-// A limit that is no number must not prune anybody's archives, so it makes the whole file unusable.
+// A text counts as the number that it begins with, or as 0. What cannot be meant as a number at all must not
+// prune anybody's archives, so it makes the whole file unusable.
 std::optional<int> archiveLimit(Reader& reader) {
   const auto* entry = reader.any("Number Of Backups");
   if (!entry) return std::nullopt;
@@ -162,9 +163,9 @@ std::optional<Preferences> readPreferences(PropertyLists& lists, const std::stri
   return preferences;
 }
 
-BackupConfiguration readConfiguration(PropertyLists& lists, const std::string& appSupportFolder) {
-  const std::string path = appSupportFolder + "/Quillon/Corvane/Config.plist";
-  return readSettings(lists, path, configurationFrom).value_or(BackupConfiguration{});
+BackupConfiguration readConfiguration(PropertyLists& lists, const std::string& supportFolder) {
+  return readSettings(lists, supportFolder + "/Config.plist", configurationFrom)
+      .value_or(BackupConfiguration{});
 }
 
 }  // namespace corvane

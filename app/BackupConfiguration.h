@@ -50,8 +50,8 @@ struct BackupConfiguration {
 [[nodiscard]] std::optional<Preferences> readPreferences(PropertyLists& lists,
                                                          const std::string& libraryFolder);
 
-/// Reads "Config.plist". A file that cannot be read counts as an empty one; the cause is logged.
-[[nodiscard]] BackupConfiguration readConfiguration(PropertyLists& lists,
-                                                    const std::string& appSupportFolder);
+/// Reads "Config.plist" in the folder of the program's own files. A file that cannot be read counts as an
+/// empty one; the cause is logged.
+[[nodiscard]] BackupConfiguration readConfiguration(PropertyLists& lists, const std::string& supportFolder);
 
 }  // namespace corvane

@@ -15,7 +15,7 @@ bool moveToTrash(const std::string& path, std::string& problem) {
                                               destination:@""
                                                     files:names
                                                       tag:&tag];
-  if (!moved) problem = "cannot move " + path + " to the Trash";
+  if (!moved) problem = "cannot move to the Trash " + path + ": the system refused";
   return moved;
 }
 

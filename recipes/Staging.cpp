@@ -23,8 +23,6 @@ void requestManifest(const RecipeContext& context, const std::string& folder, st
       {record.contentsLocation, std::string(client), record.language, context.facts.today});
 }
 
-std::string supportFolder(const Facts& facts) { return facts.appSupportFolder + "/Quillon/Corvane"; }
-
 void noteStagingFolder(RunRecord& record, const std::string& base) {
   record.emailTempDirectoryPath = base + "/" + std::string(kStagingName);
   record.tempFolderStore = record.emailTempDirectoryPath;

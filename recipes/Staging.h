@@ -24,9 +24,6 @@ inline constexpr std::string_view kArchiveInProgress = "corvane.qvb";
 /// to delete when the run ends.
 void requestManifest(const RecipeContext& context, const std::string& folder, std::string_view client);
 
-/// The folder of the program's own files, where the manifests of the staging recipes are written.
-[[nodiscard]] std::string supportFolder(const Facts& facts);
-
 /// Notes `base`/.QVB_Backup as the folder to clean up after a failed or cancelled run.
 void noteStagingFolder(RunRecord& record, const std::string& base);
 

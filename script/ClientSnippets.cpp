@@ -108,10 +108,10 @@ std::string relaunchClient(const Client* client, bool quitEntourage) {
 }  // namespace
 
 std::string addAppleScriptTo(std::string script, const Client* client, bool isHeader, bool withAddressBook,
-                             const RunRecord& record, const Facts& facts) {
-  if (!isHeader) return script + relaunchClient(client, record.quitEntourage);
-  if (client) script += quitClient(*client, record.quitEntourage);
-  if (withAddressBook) script += quitAddressBook(facts.minorSystemVersion);
+                             const QuitChoice& choice) {
+  if (!isHeader) return script + relaunchClient(client, choice.quitEntourage);
+  if (client) script += quitClient(*client, choice.quitEntourage);
+  if (withAddressBook) script += quitAddressBook(choice.minorSystemVersion);
   return script;
 }
 

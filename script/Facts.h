@@ -29,4 +29,9 @@ struct Facts {
   CalendarDate today;
 };
 
+/// The folder of the program's own files.
+[[nodiscard]] inline std::string supportFolder(const Facts& facts) {
+  return facts.appSupportFolder + "/Quillon/Corvane";
+}
+
 }  // namespace corvane

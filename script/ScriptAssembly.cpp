@@ -32,7 +32,7 @@ constexpr std::string_view kServerCopy = R"(	echo "Moving Backup file to server 
 
 constexpr std::string_view kVerdict = R"(	if [ $errorCode -eq 0 ]
 		then
-		touch "{support}/Quillon/Corvane/lastbackup"
+		touch "{support}/lastbackup"
 		echo "`date`: Backup completed successfully."
 	elif [ $errorCode -eq 1 ]
 		then
@@ -63,11 +63,12 @@ void ScriptAssembly::addClient(const std::string& displayName) {
   auto& script = record_.shellScript;
   const Client* client = findClient(clients_, displayName, options_.backupAddressBook);
   record_.currentFilename = composeFilename(record_.filenameTemplate, record_.dateFormat, facts_);
-  script = addAppleScriptTo(script, client, true, options_.backupAddressBook, record_, facts_);
+  const QuitChoice choice{record_.quitEntourage, facts_.minorSystemVersion};
+  script = addAppleScriptTo(script, client, true, options_.backupAddressBook, choice);
   if (client) addSection(*client);
   if (record_.useAutomount) record_.progressMaximum += 3;
   if (relaunches() && !(client && client->isAppleMail)) {
-    script = addAppleScriptTo(script, client, false, options_.backupAddressBook, record_, facts_);
+    script = addAppleScriptTo(script, client, false, options_.backupAddressBook, choice);
   }
   script += "\n";
   addServerCopy();
@@ -112,7 +113,7 @@ void ScriptAssembly::addRotation() {
 }
 
 void ScriptAssembly::addTrailer() {
-  record_.shellScript += fill(kVerdict, {{"support", facts_.appSupportFolder}});
+  record_.shellScript += fill(kVerdict, {{"support", supportFolder(facts_)}});
   record_.progressMaximum += 1;
   if (options_.shutdownOnCompletion) record_.shellScript += kShutdown;
 }

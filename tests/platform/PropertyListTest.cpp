@@ -159,7 +159,8 @@ TEST_F(PropertyListTest, ReadsWhatIsUnusual) {
        R"({: true, a: "b<&amp;>c"})"},
       {R"({ Clients = (Mail, "a \"b\" \\ c"); "Number Of Backups" = 5; d = <0fbd 77>; Path = /v/x-1.y:z;
             "\U2603" = "\101"; "" = ""; })",
-       R"({: "", Clients: ["Mail", "a "b" \ c"], Number Of Backups: "5", Path: "/v/x-1.y:z", d: other, ☃: "A"})"},
+       R"({: "", Clients: ["Mail", "a "b" \ c"], Number Of Backups: "5", Path: "/v/x-1.y:z", d: other, )"
+       R"(☃: "A"})"},
       {xmlFile(
            "<dict><key>a</key><integer>0x1F</integer><key>b</key><integer>18446744073709551615</integer>"
            "<key>c</key><integer>-9223372036854775808</integer>"

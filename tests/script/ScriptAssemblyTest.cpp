@@ -95,12 +95,9 @@ TEST(ClientSnippets, QuitTheAddressBookWhateverTheClient) {
   for (const auto& row : rows) {
     std::string expected = "so far\n";
     for (const auto& name : row.golden) expected += name.empty() ? "" : readGolden("snippets/" + name);
-    auto facts = annasFacts();
-    facts.minorSystemVersion = row.minorSystemVersion;
-    auto record = defaultRecord();
-    record.quitEntourage = false;
+    const QuitChoice choice{.quitEntourage = false, .minorSystemVersion = row.minorSystemVersion};
     const Client* client = findClient(clientTable(), row.client, true);
-    EXPECT_EQ(addAppleScriptTo("so far\n", client, row.isHeader, true, record, facts), expected)
+    EXPECT_EQ(addAppleScriptTo("so far\n", client, row.isHeader, true, choice), expected)
         << row.client << " on " << row.minorSystemVersion;
   }
 }
@@ -118,7 +115,7 @@ TEST(ClientSnippets, TheQuitLoopWaitsForAClientThatTakesItsTime) {
   folder.writeScript("osascript", "echo asked\n" + end + " >/dev/null 2>&1 &\n");
 
   const Client client{.displayName = "Slow", .processPattern = name, .application = name};
-  const std::string snippet = addAppleScriptTo("", &client, true, false, RunRecord(), Facts());
+  const std::string snippet = addAppleScriptTo("", &client, true, false, {});
   const auto script =
       folder.writeScript("quit.sh", "PATH=" + folder.path() + ":$PATH\n" + snippet + "echo over\n");
   const auto quit = [&] { return runTool(commandForScript({script}, "")).output; };

@@ -227,23 +227,26 @@ class PLAttachedWindowLooks : public PLAttachedWindowTest, public testing::WithP
   }
   [[nodiscard]] double bordered(int y) const { return 0.9 * 255 * 0.93 + 0.1 * filled(y); }
 
-  void expectColour(int x, int y, double red, double green, double blue, int tolerance = 2) {
+  struct Colour {
+    double red, green, blue;
+  };
+  void expectColour(int x, int y, const Colour& colour, int tolerance = 2) {
     EXPECT_TRUE(handleEventsUntil([&] {
       const Pixel pixel = screen().pixel(x, y);
-      return std::max({std::abs(pixel.red - red), std::abs(pixel.green - green),
-                       std::abs(pixel.blue - blue)}) <= tolerance;
+      return std::max({std::abs(pixel.red - colour.red), std::abs(pixel.green - colour.green),
+                       std::abs(pixel.blue - colour.blue)}) <= tolerance;
     })) << x
-        << "," << y << " is " << screen().pixel(x, y).red << " instead of " << red;
+        << "," << y << " is " << screen().pixel(x, y).red << " instead of " << colour.red;
   }
-  void expectGrey(int x, int y, double grey) { expectColour(x, y, grey, grey, grey); }
-  void expectOutside(int x, int y) { expectColour(x, y, GetParam() ? 128 : 0, 128, 128, 0); }
+  void expectGrey(int x, int y, double grey) { expectColour(x, y, {grey, grey, grey}); }
+  void expectOutside(int x, int y) { expectColour(x, y, {GetParam() ? 128.0 : 0.0, 128, 128}, 0); }
 };
 
 TEST_P(PLAttachedWindowLooks, GradientInARoundedBorder) {
   for (const int y : {86, 160}) expectGrey(65, y, filled(y));
   for (const int x : {57, 358}) expectGrey(x, 120, bordered(120));
   for (const int y : {83, 165}) expectGrey(200, y, bordered(y));
-  expectColour(200, 82, 219, 225, 235);  // nine tenths of the border over the accent line
+  expectColour(200, 82, {219, 225, 235});  // nine tenths of the border over the accent line
   for (const int x : {40, 55, 56, 359}) {
     for (const int y : {82, 165}) expectOutside(x, y);
   }
@@ -253,7 +256,7 @@ TEST_P(PLAttachedWindowLooks, GradientInARoundedBorder) {
 
 TEST_P(PLAttachedWindowLooks, AccentLineAtTheBottomWithoutABorder) {
   [window setBorderWidth:0];
-  expectColour(200, 82, 0.22 * 255, 0.46 * 255, 0.84 * 255);
+  expectColour(200, 82, {0.22 * 255, 0.46 * 255, 0.84 * 255});
   expectGrey(200, 83, filled(83));
   expectGrey(57, 120, filled(120));
 }
@@ -262,7 +265,7 @@ TEST_P(PLAttachedWindowLooks, ArrowReachesThePointWhileItIsOn) {
   [window setHasArrow:1];
   expectGrey(54, 100, filled(100));
   expectOutside(41, 104);
-  expectColour(200, 82, 219, 225, 235);
+  expectColour(200, 82, {219, 225, 235});
   EXPECT_TRUE(screen().save(GetParam() ? "arrow-blended" : "arrow-cut"));
   [window setHasArrow:0];
   expectOutside(54, 100);

@@ -32,8 +32,9 @@ namespace {
 NSImage* makeImage(std::array<std::uint8_t, 4> bytes, NSBitmapFormat format = {}, BOOL isPlanar = NO) {
   NSBitmapImageRep* bitmap = [NSBitmapImageRep alloc];
   // clang-format off
-  [bitmap initWithBitmapDataPlanes:NULL pixelsWide:20 pixelsHigh:20 bitsPerSample:8 samplesPerPixel:4 hasAlpha:YES
-      isPlanar:isPlanar colorSpaceName:NSCalibratedRGBColorSpace bitmapFormat:format bytesPerRow:0 bitsPerPixel:0];
+  [bitmap initWithBitmapDataPlanes:NULL pixelsWide:20 pixelsHigh:20 bitsPerSample:8 samplesPerPixel:4
+      hasAlpha:YES isPlanar:isPlanar colorSpaceName:NSCalibratedRGBColorSpace bitmapFormat:format
+      bytesPerRow:0 bitsPerPixel:0];
   // clang-format on
   for (int i = 0; i < [bitmap bytesPerPlane]; ++i) {
     [bitmap bitmapData][i] = static_cast<std::uint8_t>(bytes[i % 4] - (i % 80 < 40 && i % 4 == 3));
