@@ -1,4 +1,5 @@
 // What a fuzzer asks of a value that a reader made: it can be written, and what was written can be read.
+// Ends the program when it is not so. Thread: any.
 #pragma once
 
 #include <cstdlib>

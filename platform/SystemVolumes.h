@@ -1,4 +1,5 @@
-// The machine's file systems. One source file per system. Thread: main.
+// The machine's file systems. One source file per system.
+// Owner: the composition root. Thread: main.
 //
 // On Linux a volume is mounted by the system's helper for its protocol, and stands there when it can be
 // listed and is another file system than the folder above it; an empty folder that an unmounted volume left

@@ -1,4 +1,5 @@
-// Which permissions new files get. Thread: main; the system keeps one mask for the whole process.
+// Which permissions new files get. Owner: whoever starts something, for the time of it. Thread: main; the
+// system keeps one mask for the whole process.
 #pragma once
 
 #include <sys/types.h>

@@ -1,5 +1,6 @@
 // Small operations on files and folders. Paths are absolute, in UTF-8.
-// Every failure is described in `problem` as one English sentence that names the file. Thread: any.
+// Where there is a `problem`, it describes every failure as one English sentence that names the file.
+// Thread: any.
 #pragma once
 
 #include <cstddef>
@@ -31,8 +32,8 @@ struct Entry {
 [[nodiscard]] Entry entryAt(const std::string& path);
 
 /// Whether the entry has the owner that a new file of ours gets in its folder: on volumes that keep no
-/// owners, or map them, that is another than the user. Makes a file ".corvane." and six characters there for
-/// a moment.
+/// owners, or map them, that is another than the user. Makes a file ".corvane-owner-" and six characters
+/// there for a moment.
 [[nodiscard]] bool hasOwnerOfNewFiles(const std::string& path);
 
 /// The bytes of a regular file of at most `limit` bytes. Nothing, and the cause, when it is missing, not a

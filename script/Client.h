@@ -1,5 +1,7 @@
 // One e-mail client as the script sees it: a row of the client table.
 // The rows themselves stand in recipes/ClientTable.cpp; script assembly only walks them.
+// Owner of the rows: the program, they are constants. Thread: any for the table, main for what a script is
+// assembled with.
 #pragma once
 
 #include <array>
@@ -61,8 +63,8 @@ using IdentityFolders = std::array<IdentityFolder, 6>;
 
 struct Client {
   std::string_view displayName;  ///< as it stands in the configuration, case-sensitive
-  std::string_view rotationTag;
-  int progressMaximum = 0;
+  std::string_view rotationTag;  ///< its word for the rotation, which goes by archives' names; never empty
+  int progressMaximum = 0;       ///< of the step bar, before what the script adds for a server and its end
   Recipe recipe = nullptr;
 
   QuitForm quitForm = QuitForm::common;

@@ -1,4 +1,4 @@
-// What the two source files of PLAttachedWindow share. Nobody else includes this.
+// What the two source files of PLAttachedWindow share. Nobody else includes this. Thread: main.
 #import "platform/cocoa/WindowSystem.h"
 #import "ui/PLAttachedWindow.h"
 

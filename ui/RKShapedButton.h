@@ -2,7 +2,8 @@
 // (alternate) image follows the tint that the user chose for the system's controls: when that image is named
 // NAME + "Aqua", the button looks for NAME + "Aqua" or NAME + "Graphite" at each change, and darkens its
 // normal image where the application has none. For interface files, as the class of a button without border.
-// ShapedHit and ShapedButtonLook decide; this class asks them. Thread: main.
+// ShapedHit and ShapedButtonLook decide; this class asks them.
+// Owner: the view that it stands in. Thread: main.
 #import <AppKit/AppKit.h>
 
 @interface RKShapedButton : NSButton {

@@ -10,8 +10,6 @@
 @interface RKShapedButton (Private)
 - (void)rk_observeTint;
 - (corvane::ButtonLook)rk_look;
-// Without an alternate image the normal one stands in for it; nil when there is neither, or when the image
-// cannot be darkened. It is darkened at each drawing, since the system's colour may be another one by then.
 - (NSImage*)rk_imageForLook:(const corvane::ButtonLook&)look;
 @end
 

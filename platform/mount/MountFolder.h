@@ -1,4 +1,4 @@
-// The folder that a volume is mounted on. Thread: any.
+// The folder that a volume is mounted on. Owner: whoever mounts, for the time of it. Thread: any.
 #pragma once
 
 #include <chrono>
