@@ -38,7 +38,7 @@ TEST(AttachedWindowGeometryTest, StandsOnItsSideOfThePointWithOrWithoutArrow) {
   for (const auto& row : rows) {
     SCOPED_TRACE(row.side);
     AttachedWindowGeometry window(row.side, 5);
-    for (const Length arrow : {1, 0}) {
+    for (const Length arrow : {Length{1}, Length{0}}) {
       (void)window.setHasArrow(arrow);
       EXPECT_EQ(window.updateGeometry(view, {400, 300}, 1), row.frame);
       EXPECT_EQ(window.viewFrame(), (Rect{row.origin.x, row.origin.y, 100, 50}));

@@ -102,9 +102,10 @@ TEST(DarkeningTest, NeverLeavesTheBytesWhateverTheNumbersClaim) {
   const auto from = islandOfBytes(), to = islandOfBytes();
   std::mt19937_64 random(1);
   const auto number = [&] { return static_cast<std::size_t>(random() >> random() % 64); };
+  const auto size = [&] { return static_cast<std::size_t>(random() % 4097); };
   for (int round = 0; round < 20000; ++round) {
-    const Bitmap source{from.last(random() % 4097), number(), number(), number(), true, false};
-    darken(source, {to.first(random() % 4097), 64 + number(), 8 + number()}, {number(), number()}, {});
+    const Bitmap source{from.last(size()), number(), number(), number(), true, false};
+    darken(source, {to.first(size()), 64 + number(), 8 + number()}, {number(), number()}, {});
     (void)shapedHit({from, number(), 32, 4, true}, {static_cast<Length>(number()), Length(number())});
     (void)shapedHit({from, number(), 32, 4, true}, {static_cast<Length>(std::bit_cast<double>(random())), 1});
   }
