@@ -12,6 +12,7 @@ namespace corvane {
 namespace {
 
 using namespace std::string_literals;
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -349,6 +350,18 @@ TEST_F(PropertyListTest, QuadraticReadersAreNotProvoked) {
     EXPECT_THAT(read(bytes), StartsWith("{a: "));
   expectRefused("holds too many values",
                 {text(200'000), xmlFile("<dict>" + collidingKeys(1'001) + "</dict>")});
+}
+
+// The seeds of the fuzzers, and what these once failed on.
+TEST_F(PropertyListTest, SurvivesWhatFuzzersFound) {
+  int seeds = 0;
+  for (const auto& seed : std::filesystem::recursive_directory_iterator(SEEDS_FOLDER)) {
+    if (!seed.is_regular_file()) continue;
+    ++seeds;
+    EXPECT_THAT(read(readTestFile(seed.path())), AnyOf(StartsWith("{"), HasSubstr(path_ + ": it ")))
+        << seed.path();
+  }
+  EXPECT_GE(seeds, 6);
 }
 
 TEST_F(PropertyListTest, OnlyFilesOfAReasonableSizeAreRead) {
