@@ -12,6 +12,8 @@
 #include "process/RunTool.h"
 #include "tests/support/WaitFor.h"
 
+extern "C" const char* __lsan_default_suppressions();  // NOLINT: the name that the sanitizer looks for
+
 namespace corvane {
 namespace {
 
@@ -23,6 +25,9 @@ std::vector<std::string> environmentIn(const std::string& home, const std::strin
   setVariable(environment, "TMP", home + "/tmp");
   setVariable(environment, "PATH", home + "/bin:/usr/bin:/bin");
   setVariable(environment, "DISPLAY", display);
+  // In a build with sanitizers: no status that the engine has itself, and other libraries may come first.
+  setVariable(environment, "ASAN_OPTIONS", "exitcode=99:verify_asan_link_order=0");
+  setVariable(environment, "LSAN_OPTIONS", "print_suppressions=0:suppressions=" + home + "/leaks");
   return environment;
 }
 
@@ -43,6 +48,7 @@ std::string xmlPropertyList(const std::string& entries) {
 EngineRun::EngineRun(uid_t user) : user_(user) {
   writeTestFile(preferences(), xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"));
   for (const auto& folder : {support(), destination(), home() + "/tmp", home() + "/bin"}) makeFolders(folder);
+  writeTestFile(home() + "/leaks", __lsan_default_suppressions());
   notificationCentre_ = launch({"/usr/bin/gdnc", "--no-fork"}, "", "gdnc.log", daemonPid_);
 }
 
@@ -106,7 +112,12 @@ std::optional<int> EngineRun::exitStatus(std::chrono::seconds limit) {
     return ::waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
            info.si_pid == pid_;
   };
-  if (!status_ && waitFor(ended, limit)) status_ = engine_->wait();
+  if (status_ || !waitFor(ended, limit)) return status_;
+  status_ = engine_->wait();
+  // In a build with sanitizers, also of a tool.
+  const auto reports = runTool({"/bin/grep", "-D", "skip", "-saoE", ".*Sanitizer: .*|.*runtime error: .*",
+                                home() + "/output", library() + "/Logs/Corvane.log"});
+  EXPECT_EQ(reports.output, "");
   return status_;
 }
 

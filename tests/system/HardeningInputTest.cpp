@@ -20,10 +20,15 @@ struct Word {
   bool isObeyed;  // between the double quotes of the script
 };
 
-const Word kWords[] = {{"$(cd; touch executed)", true},      {"`cd; touch executed`", true},
-                       {"\"; cd; touch executed; \"", true}, {"'; cd; touch executed; '", false},
-                       {"\ncd; touch executed\n", false},    {" -rf", false},
-                       {"/../../../../executed", false},     {std::string(5000, 'a'), false}};
+const Word kWords[] = {{"$(cd; touch executed)", true},
+                       {"`cd; touch executed`", true},
+                       {"\"; cd; touch executed; \"", true},
+                       {"'; cd; touch executed; '", false},
+                       {"\ncd; touch executed\n", false},
+                       {std::string(5000, 'a'), false},
+                       {"../elsewhere", false},
+                       {" -rf", false},
+                       {"-rf", false}};
 
 class HostileWordTest : public HardeningTest {
  protected:
@@ -78,9 +83,9 @@ TEST_F(HostileWordTest, AreCommandsInTheTemplateAndTheDestination) {
   for (const auto& [word, isObeyed] : kWords) {
     for (const bool inTemplate : {true, false}) {
       SCOPED_TRACE(word.substr(0, 30) + (inTemplate ? " in the template" : " in the destination"));
-      const std::string odd = engine.home() + "/Odd" + word;
+      const std::string odd = engine.home() + "/Odd/" + word;
       if (inTemplate) {
-        prefer("(Email Client)" + word + ".qvb", "");
+        prefer(word + "(Email Client).qvb", "");
       } else {
         std::error_code tooLong;
         std::filesystem::create_directories(odd, tooLong);
@@ -92,11 +97,13 @@ TEST_F(HostileWordTest, AreCommandsInTheTemplateAndTheDestination) {
       const auto status = engine.run();
       EXPECT_TRUE(status == 0 || status == 1);
       EXPECT_EQ(executed(), isObeyed);
+      EXPECT_EQ(fileExists(engine.home() + "/elsewhereMail.qvb"), inTemplate && word == "../elsewhere");
+      removeFile(engine.home() + "/elsewhereMail.qvb");
       expectIntactArchives();
       removeFile(engine.home() + "/executed");
       removeTree(engine.destination());
       furnish();
-      judge(2, "");
+      judge(kJudged, "");
     }
   }
 }
@@ -117,7 +124,7 @@ TEST_P(SayingTest, NeitherFillsMemoryNorHidesTheVerdict) {
   engine.start();
   const auto status = engine.exitStatus(std::chrono::seconds(sweep(60, 600)));
   EXPECT_EQ(status, GetParam().status);
-  EXPECT_LT(engine.peakMemory(), 64 * 1024);
+  EXPECT_LT(engine.peakMemory(), MOST_MEMORY * 1024);
   EXPECT_EQ(
       runTool({"/bin/grep", "-cP", "[\\x00-\\x08\\x0b-\\x1f\\x7f]", engine.library() + "/Logs/Corvane.log"},
               Capture::outputAndErrors, {.limit = std::chrono::minutes(10)})
@@ -139,20 +146,25 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(HardeningTest, TheNotificationDaemonIsNotNeeded) {
   NEEDS_PRIVATE_SYSTEM();
-  const auto runInTime = [this](const std::string& display, const std::function<void()>& recover) {
+  const auto timeRun = [this](const std::string& display, const std::function<void()>& recover = {}) {
+    const auto begin = std::chrono::steady_clock::now();
     engine.start(display);
-    const auto status = engine.exitStatus(std::chrono::seconds(20));
+    const auto status = engine.exitStatus();
+    const auto duration = std::chrono::steady_clock::now() - begin;
     EXPECT_EQ(status, 0);
     judge(status, "", recover);
+    return duration;
   };
   ASSERT_TRUE(waitFor([this] { return !namesIn(engine.home() + "/tmp/NSMessagePort/names").empty(); }));
+  const auto limit = timeRun(openDisplay()) + std::chrono::seconds(6);  // it is given five
   for (const bool hasWindow : {false, true}) {
+    const std::string display = hasWindow ? openDisplay() : "";
     ASSERT_EQ(::kill(engine.notificationDaemon(), SIGSTOP), 0);
-    runInTime(hasWindow ? openDisplay() : "", [this] { ::kill(engine.notificationDaemon(), SIGCONT); });
+    EXPECT_LT(timeRun(display, [this] { ::kill(engine.notificationDaemon(), SIGCONT); }), limit);
   }
   ASSERT_EQ(::kill(engine.notificationDaemon(), SIGKILL), 0);
   ASSERT_EQ(::mount("/dev/null", "/usr/bin/gdnc", nullptr, MS_BIND, nullptr), 0);
-  runInTime("", {});
+  EXPECT_LT(timeRun(""), limit);
   ::umount2("/usr/bin/gdnc", MNT_DETACH);
 }
 

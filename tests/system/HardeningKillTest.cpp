@@ -39,6 +39,7 @@ TEST_F(KilledRunTest, AtEachStep) {
     bool reached = true;
     for (unsigned long step = 1; reached; step += sweep(3, 1)) {
       SCOPED_TRACE(victim.name + std::string(" at step ") + std::to_string(step));
+      engineIsVictim = victim.name == std::string("engine");
       atStep(step, victim.commands);
       const auto status = engine.run();
       reached = waitFor([&] { return steps() >= step; }, 1s);
@@ -48,6 +49,21 @@ TEST_F(KilledRunTest, AtEachStep) {
       EXPECT_EQ(readTestFile("/proc/" + orphan + "/cmdline"), "");  // gone, or only not yet buried
     }
   }
+}
+
+// The script does not look at the result of the copy, so that a cut archive may be left on the server: what
+// holds is that the older ones are not touched, that the log tells of it, and that the next run mends it.
+TEST_F(KilledRunTest, InTheCopyToAServer) {
+  NEEDS_PRIVATE_SYSTEM();
+  useServer();
+  const std::string copy = archives + "/Daily-Mail.qvb";
+  engine.installTool("cp", "head -c 1000 \"$2\" >\"$3\"; kill -KILL $$\n");
+  EXPECT_EQ(engine.run(), 0);
+  EXPECT_EQ(readTestFile(copy).size(), 1000U);
+  EXPECT_THAT(engine.log(), testing::ContainsRegex("Killed.*cp -f"));
+  removeFile(engine.home() + "/bin/cp");
+  EXPECT_EQ(engine.run(), 0);
+  judge(kJudged, "");
 }
 
 std::vector<pid_t> childrenOf(pid_t pid) {
@@ -74,12 +90,16 @@ TEST_F(KilledRunTest, AtRandomTimes) {
       for (auto depth = random() % 3; depth > 0; --depth) {
         if (const auto children = childrenOf(victim); !children.empty()) victim = children.front();
       }
+      engineIsVictim = victim == engine.pid();
       ::kill(victim, SIGKILL);
     }
     const auto status = engine.exitStatus();
     if (round == 0) {
       duration =
           std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin);
+    }
+    if (status == 1) {
+      EXPECT_THAT(logged(), testing::ContainsRegex("signal 9|: Backup failed\\."));
     }
     judge(status, "");
   }

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,13 +22,16 @@ namespace corvane {
 /// How many cases, or how much: `reduced`, or `whole` where CORVANE_SWEEP is "long" in the environment.
 [[nodiscard]] unsigned long sweep(unsigned long reduced, unsigned long whole);
 
-/// Ends a test that needs mounts of its own, or several users, where there can be none.
-#define NEEDS_PRIVATE_SYSTEM() \
+/// Ends a test that needs mounts of its own, or several users, where there can be none. Who checks a change
+/// (CI in the environment) must not pass over it.
+#define NEEDS_PRIVATE_SYSTEM()                                                                 \
+  ASSERT_TRUE(isPrivateSystem() || !std::getenv("CI")) << "not root, or the build is in /tmp"; \
   if (!isPrivateSystem()) GTEST_SKIP() << "only root may mount; nor may the program lie in /tmp"
 
 class HardeningTest : public testing::Test {
  protected:
   explicit HardeningTest(uid_t user = ::geteuid());
+  ~HardeningTest() override;
 
   /// Writes settings, mail and older archives, where they belong at present.
   void furnish();
@@ -44,9 +48,10 @@ class HardeningTest : public testing::Test {
   [[nodiscard]] unsigned long steps() const;
 
   /// The judge, after a run that ended with `status`, or never did. Of 1, the log must hold the `cause`; of
-  /// 0, there must be a new archive; of a signal, the next run's log must hold the `cause`. Whatever
-  /// happened, the older archives are as they were, all archives are whole, and a normal run, before which
-  /// `recover` is called, succeeds and leaves nothing but archives, settings and marks.
+  /// 0, there must be a new archive; of SIGKILL, the engine must be the victim and the next run's log hold
+  /// the `cause`; of `kJudged`, the caller has looked; all else is a fault. Whatever happened, the older
+  /// archives are as they were, all archives are whole, and a normal run, before which `recover` is called,
+  /// succeeds and leaves nothing but archives, settings and marks.
   void judge(std::optional<int> status, const std::string& cause, const std::function<void()>& recover = {});
 
   /// Older archives are as they were, and all archives are whole.
@@ -55,7 +60,9 @@ class HardeningTest : public testing::Test {
   /// All that was logged, with what came before the log was open.
   [[nodiscard]] std::string logged() const { return engine.output() + engine.log(); }
 
+  static constexpr int kJudged = -2;
   EngineRun engine;
+  bool engineIsVictim = false;
   std::string archives = engine.destination();
   std::unique_ptr<Volume> server;
 
