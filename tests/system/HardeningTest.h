@@ -23,7 +23,7 @@ namespace corvane {
 [[nodiscard]] unsigned long sweep(unsigned long reduced, unsigned long whole);
 
 /// Ends a test that needs mounts of its own, or several users, where there can be none. Who checks a change
-/// (CI in the environment) must not pass over it.
+/// (CORVANE_NO_SKIPS in the environment) must not pass over it.
 #define NEEDS_PRIVATE_SYSTEM()                                                               \
   ASSERT_TRUE(isPrivateSystem() || !std::getenv("CORVANE_NO_SKIPS")) << "no private system"; \
   if (!isPrivateSystem()) GTEST_SKIP() << "only root may mount; nor may the program lie in /tmp"
