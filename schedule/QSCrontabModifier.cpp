@@ -11,7 +11,7 @@
 namespace corvane {
 namespace {
 
-constexpr std::size_t kMostWords = 500;                // bytes of what a tool said that are logged
+constexpr std::size_t kMostWords = 500;  // bytes of what a tool said that are logged
 // The user has decided, and half of it is worse; some systems ask him once more.
 constexpr Patience kToItsEnd{.limit = std::chrono::minutes(10), .alsoWhenEnding = true};
 

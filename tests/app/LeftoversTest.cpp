@@ -23,10 +23,10 @@ TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
     names.push_back(work.folder + "/" + work.prefix +
                     (work.between == Between::nothing ? "" : "*" + work.suffix));
   }
-  EXPECT_THAT(names,
-              ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*", "/tmp/.corvane-owner-*",
-                          "/tmp/corvane-mount.*", "/support/.corvane.sh.new-*", "/tmp/host-*-Mail.qvb",
-                          "/tmp/plain.qvb", "/tmp/*.qvb", "/home/anna/Library/Thunderbird/Contents.plist.new-*"));
+  EXPECT_THAT(names, ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*",
+                                 "/tmp/.corvane-owner-*", "/tmp/corvane-mount.*",
+                                 "/support/.corvane.sh.new-*", "/tmp/host-*-Mail.qvb", "/tmp/plain.qvb",
+                                 "/tmp/*.qvb", "/home/anna/Library/Thunderbird/Contents.plist.new-*"));
   record.useAutomount = false;
   EXPECT_EQ(workNames(record, "/Volumes/Disk", "/support/").front().folder, "/Volumes/Disk");
 }

@@ -93,10 +93,11 @@ TEST_F(DittoArchiveTest, HoldsMoreEntriesThanTheSmallFormCounts) {
 
 // A minute of work: only where all is to be tested.
 TEST_F(DittoArchiveTest, HoldsMoreThanFourGigabytes) {
-  expect(R"~([ "$CORVANE_SWEEP" = long ] || exit 77; mkdir source; truncate -s 4300M source/a; echo last >source/b
+  expect(
+      R"~([ "$CORVANE_SWEEP" = long ] || exit 77; mkdir source; truncate -s 4300M source/a; echo last >source/b
 ditto -ck source a.zip; unzip -tqq a.zip; 7z t a.zip >7z || cat 7z; bsdtar -xOf - b <a.zip; unzip -p a.zip a | wc -c
 python3 -c "import zipfile; print(zipfile.ZipFile('a.zip').read('b'))")~",
-         "last\n4508876800\nb'last\\n'\n");
+      "last\n4508876800\nb'last\\n'\n");
 }
 
 using DittoUnpackTest = DittoKit;
