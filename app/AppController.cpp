@@ -118,7 +118,6 @@ void AppController::runBackupNow() {
     return;
   }
   log("Configuring Backup...");
-  isAtWork_ = true;
   const ScriptOutcome script = generateShellScript(configuration);
   if (script == ScriptOutcome::hasNoPlace) {
     failBeforeStart();
@@ -182,6 +181,7 @@ AppController::ScriptOutcome AppController::generateShellScript(const BackupConf
   ports_.steps.setStepMaximum(record_.progressMaximum);
   workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
   if (!clearLeftovers(workNames_, isSureToBeAlone_)) return ScriptOutcome::hasNoPlace;
+  isAtWork_ = true;
   writeManifests();
   const bool isWritten = QSShellScriptGenerator::generateShellScriptFromCommand(record_.shellScript,
                                                                                 kScriptName, supportFolder_);
@@ -239,11 +239,11 @@ void AppController::appendChunk(const std::string& output) {
 
 void AppController::processFinished() {
   succeeded_ = contains(ports_.display.status(), kSuccess);
+  isAtWork_ = !succeeded_;
   ports_.workspace.postNotification(kCompletion);
   removeWrittenFiles();
   ports_.activity.stopActivity();
   if (succeeded_) {
-    isAtWork_ = false;
     startFadeTimer();
   } else {
     showFailure();

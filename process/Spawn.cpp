@@ -68,12 +68,14 @@ class WorkingFolder {
   explicit WorkingFolder(const std::string& folder) {
     if (folder.empty()) return;
     before_ = ::open(".", O_RDONLY | O_CLOEXEC);
-    if (::chdir(folder.c_str()) != 0) problem_ = "cannot work in " + folder + ": " + std::strerror(errno);
+    hasMoved_ = ::chdir(folder.c_str()) == 0;
+    if (!hasMoved_) problem_ = "cannot work in " + folder + ": " + std::strerror(errno);
   }
+  // A folder to which there is no way back is left for one that is nobody's.
   ~WorkingFolder() {
-    if (before_ < 0) return;
-    [[maybe_unused]] const int ignored = ::fchdir(before_);
-    ::close(before_);
+    const bool isBack = !hasMoved_ || (before_ >= 0 && ::fchdir(before_) == 0);
+    [[maybe_unused]] const bool isThere = isBack || ::chdir("/") == 0;
+    if (before_ >= 0) ::close(before_);
   }
   WorkingFolder(const WorkingFolder&) = delete;
   WorkingFolder& operator=(const WorkingFolder&) = delete;
@@ -81,6 +83,7 @@ class WorkingFolder {
 
  private:
   int before_ = -1;
+  bool hasMoved_ = false;
   std::string problem_;
 };
 

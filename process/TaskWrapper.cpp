@@ -16,6 +16,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr double kWatchInterval = 2.5;  // seconds
 constexpr std::chrono::seconds kPatience{5};
+constexpr std::chrono::seconds kPatienceWithReading{60};  // one that writes without end is no reason to go on
 
 }  // namespace
 
@@ -60,7 +61,7 @@ void TaskWrapper::lookForLeftOnes() {
   if (!childEnded_) childEnded_ = now;
   pollfd output{pipe_->readEnd, POLLIN, 0};
   const bool isUnread = ::poll(&output, 1, 0) > 0 && (output.revents & POLLIN) != 0;
-  if (isUnread || now - *childEnded_ < kPatience) return;
+  if (now - *childEnded_ < (isUnread ? kPatienceWithReading : kPatience)) return;
   log(arguments_.front() + " has ended, but not all that it started: that is ended now");
   stopProcess();
 }

@@ -2,8 +2,8 @@
 // front. When there is one such line, a removal leaves all others as they are, down to bytes in an encoding
 // that nobody knows, and an addition takes away the empty ones only. A crontab that could not be read for
 // certain, and to its end, is left alone.
-// Owner: whoever makes one, for one operation. Thread: main; blocks until the `crontab` tool is done, for ten
-// minutes at most.
+// Owner: whoever makes one, for one operation. Thread: main; blocks until the `crontab` tool is done, each
+// time for ten minutes at most.
 #pragma once
 
 #include <functional>

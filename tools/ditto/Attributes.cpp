@@ -1,6 +1,7 @@
 #include "tools/ditto/Attributes.h"
 
 #include <fcntl.h>
+#include <sys/statvfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 #include <array>
@@ -17,8 +18,12 @@ constexpr std::size_t kLargest = 65536;  // of a value, and of the list of names
 // No failure: nothing is lost that could have been kept.
 bool isBeyondUs(int problem) { return problem == EPERM || problem == ENOTSUP || problem == ENOSYS; }
 
-// Smaller than the file system it comes from.
-bool isNoRoom(int problem) { return problem == ENOSPC || problem == E2BIG || problem == ERANGE; }
+// The file system's room for attributes is smaller than that of the one it comes from; not the disk.
+bool isTooLarge(int file, int problem) {
+  struct statvfs system {};
+  const bool isFull = ::fstatvfs(file, &system) == 0 && (system.f_bavail == 0 || system.f_favail == 0);
+  return problem == E2BIG || problem == ERANGE || (problem == ENOSPC && !isFull);
+}
 
 bool succeeded(int result) { return result == 0 || isBeyondUs(errno); }
 
@@ -29,7 +34,8 @@ bool isWanted(std::string_view name, const KeptAttributes& kept) {
 bool copyExtended(int from, const char* name, int to, std::vector<char>& value) {
   const ssize_t size = ::fgetxattr(from, name, value.data(), value.size());
   if (size < 0) return errno == ENODATA || isBeyondUs(errno);
-  return succeeded(::fsetxattr(to, name, value.data(), static_cast<std::size_t>(size), 0)) || isNoRoom(errno);
+  return succeeded(::fsetxattr(to, name, value.data(), static_cast<std::size_t>(size), 0)) ||
+         isTooLarge(to, errno);
 }
 
 bool copyExtended(int from, int to, const KeptAttributes& kept) {

@@ -157,7 +157,7 @@ bool TargetFile::putInPlaceForGood() {
     return true;
   }
   const int problem = errno;
-  static_cast<void>(exchangeNames());
+  if (!exchangeNames()) forgetTemporary();  // which is the earlier one's name now
   errno = problem;
   return false;
 }
