@@ -36,9 +36,8 @@ NSImage* makeImage(std::array<std::uint8_t, 4> bytes, NSBitmapFormat format = {}
       hasAlpha:YES isPlanar:isPlanar colorSpaceName:NSCalibratedRGBColorSpace bitmapFormat:format
       bytesPerRow:0 bitsPerPixel:0];
   // clang-format on
-  for (int i = 0; i < [bitmap bytesPerPlane]; ++i) {
+  for (int i = 0; i < [bitmap bytesPerPlane]; ++i)
     [bitmap bitmapData][i] = static_cast<std::uint8_t>(bytes[i % 4] - (i % 80 < 40 && i % 4 == 3));
-  }
   NSImage* image = [[[NSImage alloc] initWithSize:NSMakeSize(20, 20)] autorelease];
   [image addRepresentation:[bitmap autorelease]];
   return image;
@@ -187,20 +186,17 @@ TEST_F(RKShapedButtonTest, MadeInCodeItFollowsUntilItsEnd) {
   changeColours();
 }
 
-// The lower ten rows of the picture are clear. What lies above the middle of both is at y 25.
-TEST_F(RKShapedButtonTest, CountsRowsFromTheTop) {
-  NSBitmapImageRep* bitmap = [[shape representations] objectAtIndex:0];
-  std::fill_n(
-      [bitmap bitmapData] + 10 * [bitmap bytesPerRow], 10 * [bitmap bytesPerRow], std::uint8_t { 0 });
-  for (const CGFloat y : {15, 25}) EXPECT_EQ([button hitTest:NSMakePoint(22, y)], y > 20 ? button : nil);
-}
-
 TEST_F(RKShapedButtonTest, IsHitInsideOnlyAndWhereNoPictureForbids) {
   const StandardError log;
   for (const NSPoint hit : {NSPoint{20, 10.5}, NSPoint{29.9, 30}}) EXPECT_EQ([button hitTest:hit], button);
   for (const NSPoint miss : {NSPoint{25, 10}, NSPoint{30, 20}, NSPoint{19.9, 20}, NSPoint{NAN, 20}}) {
     EXPECT_EQ([button hitTest:miss], nil) << miss.x << ',' << miss.y;
   }
+  // The lower ten rows of the picture are cleared. What lies above the middle of both is at y 25.
+  NSBitmapImageRep* bitmap = [[shape representations] objectAtIndex:0];
+  std::fill_n(
+      [bitmap bitmapData] + 10 * [bitmap bytesPerRow], 10 * [bitmap bytesPerRow], std::uint8_t { 0 });
+  for (const CGFloat y : {15, 25}) EXPECT_EQ([button hitTest:NSMakePoint(22, y)], y > 20 ? button : nil);
   NSImage* custom = [[NSImage new] autorelease];
   [custom addRepresentation:[[NSCustomImageRep new] autorelease]];
   NSImage* noMask[] = {[[NSImage new] autorelease], custom, nil, makeImage({}, {}, YES)};
