@@ -1,4 +1,4 @@
-// Files, and the lock that is one.
+// Files, and what is one: the lock and the log.
 #include "process/Files.h"
 
 #include <gmock/gmock.h>
@@ -6,9 +6,10 @@
 #include <csignal>
 
 #include "process/FileLock.h"
+#include "process/Log.h"
 #include "process/RunTool.h"
 #include "tests/support/FullDisk.h"
-#include "tests/support/ScratchFolder.h"
+#include "tests/support/StandardError.h"
 
 namespace corvane {
 namespace {
@@ -94,10 +95,8 @@ TEST_F(FilesTest, RemovesATreeButNothingBehindItsLinks) {
 
 using Outcome = FileLock::Outcome;
 
-TEST(FileLock, IsHeldByOneUntilItEnds) {
-  const ScratchFolder folder;
+TEST_F(FilesTest, ALockIsHeldByOneUntilItEnds) {
   const std::string path = folder.path("made/lock");
-  std::string problem;
   const auto another = [&] { return FileLock().acquire(path, problem); };
   std::string sleeper;
   {
@@ -116,14 +115,31 @@ TEST(FileLock, IsHeldByOneUntilItEnds) {
   EXPECT_EQ(::kill(std::stoi(sleeper), SIGKILL), 0);
 }
 
-TEST(FileLock, RefusesWhatIsNoFile) {
-  const ScratchFolder folder;
-  std::string problem;
-  std::filesystem::create_symlink(folder.write("other", ""), folder.path("link"));
+TEST_F(FilesTest, NoLockIsHadOnWhatIsNoFile) {
+  makeLink("link", folder.write("other", ""));
   for (const std::string& path : {folder.path("link"), folder.makeFolder("folder")}) {
     EXPECT_EQ(FileLock().acquire(path, problem), Outcome::failed);
     EXPECT_TRUE(problem.starts_with("cannot lock " + path)) << problem;
   }
+}
+
+const std::string kStamp =
+    "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} BackupEngine\\[[0-9]+:[0-9a-f]+\\] ";
+
+TEST_F(FilesTest, TheLogHasOneStampedLineEachWhereStandardErrorLeads) {
+  const StandardError errors;
+  const std::string file = folder.path("Logs/Corvane.log");
+  for (const char* text : {"first", "sec\xC2\x07\x9Bond\n"}) {
+    ASSERT_TRUE(reopenStandardError(file));
+    log(text);
+  }
+  // Where the file cannot be opened, it stays as it is.
+  EXPECT_FALSE(reopenStandardError(folder.path()));
+  EXPECT_FALSE(reopenStandardError(file + "/Corvane.log"));
+  log("");
+  EXPECT_THAT(folder.read("Logs/Corvane.log"),
+              testing::MatchesRegex(kStamp + "first\n" + kStamp + "sec\uFFFD\uFFFDond\n" + kStamp + "\n"));
+  EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0600));
 }
 
 }  // namespace

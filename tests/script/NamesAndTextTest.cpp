@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <array>
 
+#include "process/QSComputerName.h"
 #include "process/RunTool.h"
 #include "process/ScriptInterpreter.h"
 #include "script/ShellQuoting.h"
@@ -78,6 +79,21 @@ TEST(ShellQuoting, EscapesWhatTheShellWouldInterpretAndStripsItAgain) {
   for (const auto& [plain, escaped] : rows) {
     EXPECT_EQ(escapeStringForTerminal(plain), escaped);
     EXPECT_EQ(stripEscapes(escaped), plain);
+  }
+}
+
+TEST(QSComputerName, HostNameUpToLocalInLowerCaseAndLocalizedOnlyWithoutItsBlanks) {
+  const struct {
+    const char *host, *name, *localized;
+  } rows[] = {{"Office-Mac.local", "office-mac", "Office-Mac.local"},
+              {"ZA.localhost.local", "za", "ZA.localhost.local"},
+              {" \tAnna's  Mac\t.LOCAL.", "anna's  mac\t", "-\tAnna's--Mac\t.LOCAL."},
+              {"local", "local", "local"},
+              {".local.Mac", "Unknown Computer Name", ".local.Mac"},
+              {" ", "Unknown Computer Name", "-"}};
+  for (const auto& row : rows) {
+    EXPECT_EQ(QSComputerName::getComputerName(row.host), row.name);
+    EXPECT_EQ(QSComputerName::getLocalizedComputerName(row.host), row.localized);
   }
 }
 
