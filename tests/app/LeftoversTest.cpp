@@ -1,10 +1,9 @@
 #include "app/Leftovers.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "tests/support/ScratchFolder.h"
+#include "process/RunTool.h"
 #include "tests/support/StandardError.h"
 
 namespace corvane {
@@ -19,10 +18,9 @@ TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
   record.copiedArchives = {"host-`date +%d`-`/bin/date`-Mail.qvb", "plain.qvb", "`date`.qvb", "a/b", ".."};
   record.manifests = {{.path = "/home/anna/Library/Thunderbird/Contents.plist"}};
   std::vector<std::string> names;
-  for (const auto& work : workNames(record, "/Volumes/Disk", "/support/")) {
+  for (const auto& work : workNames(record, "/Volumes/Disk", "/support/"))
     names.push_back(work.folder + "/" + work.prefix +
                     (work.between == Between::nothing ? "" : "*" + work.suffix));
-  }
   EXPECT_THAT(names, ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*",
                                  "/tmp/.corvane-owner-*", "/tmp/corvane-mount.*",
                                  "/support/.corvane.sh.new-*", "/tmp/host-*-Mail.qvb", "/tmp/plain.qvb",
@@ -60,27 +58,19 @@ TEST(Leftovers, AreRemovedAndNothingElseIs) {
 // What stands in the way is left as it was, with what it leads to.
 TEST(Leftovers, NamesThatAreTakenEndTheRun) {
   const struct {
-    const char *name, *what,
-        *cause;  // a link to what it names, unless that is "file", "folder" or "another's"
-  } rows[] = {{"stage", "precious", "it is a link"},
-              {"work", "nowhere", "it is a link"},
-              {"host- 1月-Mail.qvb", "precious", "it is a link"},
-              {"09nov.2026.qvb", "precious", "it is a link"},
-              {"stage", "file", "something else has its name"},
-              {"work", "folder", "something else has its name"},
-              {"stage", "another's", "it belongs to another user"}};
-  for (const auto& [name, what, cause] : rows) {
+    const char *name, *commands, *cause;  // make "$0"
+  } rows[] = {{"stage", "ln -s precious \"$0\"", "it is a link"},
+              {"work", "ln -s nowhere \"$0\"", "it is a link"},
+              {"host- 1月-Mail.qvb", "ln -s precious \"$0\"", "it is a link"},
+              {"09nov.2026.qvb", "ln -s precious \"$0\"", "it is a link"},
+              {"stage", ": >\"$0\"", "something else has its name"},
+              {"work", "mkdir \"$0\"", "something else has its name"},
+              {"stage", "mkdir \"$0\" && chown 65534 \"$0\"", "it belongs to another user"}};
+  for (const auto& [name, commands, cause] : rows) {
     const ScratchFolder at;
-    const std::string path = at.path(name), kind = what;
+    const std::string path = at.path(name);
     at.write("precious/mail", "mail");
-    if (kind == "file") {
-      at.write(name, "");
-    } else if (kind == "folder" || kind == "another's") {
-      at.makeFolder(name);
-      if (kind == "another's" && ::lchown(path.c_str(), 65534, 65534) != 0) continue;  // only root can
-    } else {
-      ASSERT_EQ(::symlink(at.path(what).c_str(), path.c_str()), 0);
-    }
+    if (runTool({"/bin/sh", "-c", commands, path}).status != 0 && ::geteuid() != 0) continue;
     const StandardError errors;
     EXPECT_FALSE(clearLeftovers(namesIn(at.path()), true));
     EXPECT_THAT(errors.text(), HasSubstr("cannot use " + path + ": " + cause));

@@ -1,14 +1,12 @@
 // How server volumes are mounted here, short of a server: what the helpers are told, and what they may do.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/fsuid.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 
 #include "app/Leftovers.h"
 #include "platform/mount/Helper.h"
@@ -92,10 +90,9 @@ TEST(MountPlanTest, RefusesWhatCouldBeReadAsSomethingElse) {
       {"http", "h", "B", "u:x"},   {"http", "h", "B", "u\nx"},    {"sftp", "h", "]@evil:/y", "[x"},
       {"http", "h", "B", "u,x"}};
   std::string input;
-  for (const auto& row : rows) {
+  for (const auto& row : rows)
     EXPECT_THAT(planned(row, input), testing::ContainsRegex("^(22|93) cannot mount URL: "))
         << row.server << row.path;
-  }
   EXPECT_THAT(planned({"sftp", "h", "B", "u"}, input, "a\nb"),
               HasSubstr("the password cannot be handed over"));
 }

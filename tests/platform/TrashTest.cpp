@@ -1,10 +1,8 @@
 #include "platform/Trash.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <cstdlib>
 
 #include "platform/HomeDirectory.h"
 #include "process/Files.h"

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <filesystem>
 
 #include "platform/SystemVolumes.h"
 #include "tests/support/ScratchFolder.h"

@@ -123,10 +123,9 @@ class ManualRunLoop : public RunLoop {
   std::weak_ptr<ReadHandler> reader_;
 };
 
-/// A machine on which the test says what is an alias, what is mounted, and what comes of a mount.
+/// A machine without aliases, on which the test says what is mounted, and what comes of a mount.
 class FakeVolumes : public Volumes {
  public:
-  std::map<std::string, std::string> originals;  ///< by alias; no other path can be resolved
   std::set<std::string> mounted;
   MountOutcome outcome;
   std::string appears;  ///< the volume that stands there after a mount
@@ -137,9 +136,8 @@ class FakeVolumes : public Volumes {
     return outcome;
   }
 
-  [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& path) override {
-    const auto alias = originals.find(path);
-    return alias == originals.end() ? std::nullopt : std::optional(alias->second);
+  [[nodiscard]] std::optional<std::string> findOriginalFromAlias(const std::string& /*path*/) override {
+    return std::nullopt;
   }
 };
 
