@@ -84,7 +84,8 @@ TEST_F(KilledRunTest, AtRandomTimes) {
     const auto begin = std::chrono::steady_clock::now();
     engine.start();
     if (round > 0) {
-      const auto moment = begin + std::chrono::microseconds(random() % duration.count());
+      const auto moment =
+          begin + std::chrono::microseconds(random() % static_cast<unsigned long>(duration.count()));
       std::this_thread::sleep_until(moment);
       pid_t victim = engine.pid();
       for (auto depth = random() % 3; depth > 0; --depth) {

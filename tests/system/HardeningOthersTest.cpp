@@ -78,7 +78,8 @@ TEST_P(NoPropertyListTest, EndsTheRunWithItsName) {
   // The file that is put aside, and the one that stands there in its place.
   const std::pair<std::string, std::string> names[] = {
       {usual, usual}, {usual, lowerCase}, {configuration, configuration}};
-  for (const auto& [sound, bad] : names) {
+  for (const auto& row : names) {
+    const std::string &sound = row.first, &bad = row.second;
     SCOPED_TRACE(bad);
     shell("mv '" + sound + "' sound && file=$(basename '" + bad + "') && cd \"$(dirname '" + bad +
           "')\" && " + GetParam().commands);

@@ -80,7 +80,7 @@ TEST(ZipRecordsTest, OnlyWhatDoesNotFitIsInTheLargeForm) {
     appendDirectoryRecord(entry, record);
     EXPECT_EQ(record.size(), 46 + 1 + more);
   }
-  for (const unsigned entries : {65535, 65536}) {
+  for (const unsigned entries : {65535U, 65536U}) {
     Buffer end;
     appendEnd({entries, 1, 2}, end);
     EXPECT_EQ(end.size(), 56 + 20 + 22);
