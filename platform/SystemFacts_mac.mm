@@ -31,16 +31,20 @@ int minorSystemVersion() {
 }  // namespace
 
 Facts readFacts() {
-  return {.homeDirectory = getHomeDirectory(),
-          .libraryFolder = getLibraryFolder(),
-          .appSupportFolder = getAppSupportFolder(),
-          .documentsFolder = getDocumentsFolder(),
-          .toolsFolder = toUtf8([[NSBundle mainBundle] resourcePath]) + "/bin",
-          .userName = toUtf8(NSUserName()),
-          .localizedComputerName = QSComputerName::getLocalizedComputerName(),
-          .appKitVersion = NSAppKitVersionNumber,
-          .minorSystemVersion = minorSystemVersion(),
-          .today = currentDate()};
+  // A run without a display has no pool around this.
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  const Facts facts{.homeDirectory = getHomeDirectory(),
+                    .libraryFolder = getLibraryFolder(),
+                    .appSupportFolder = getAppSupportFolder(),
+                    .documentsFolder = getDocumentsFolder(),
+                    .toolsFolder = toUtf8([[NSBundle mainBundle] resourcePath]) + "/bin",
+                    .userName = toUtf8(NSUserName()),
+                    .localizedComputerName = QSComputerName::getLocalizedComputerName(),
+                    .appKitVersion = NSAppKitVersionNumber,
+                    .minorSystemVersion = minorSystemVersion(),
+                    .today = currentDate()};
+  [pool drain];
+  return facts;
 }
 
 }  // namespace corvane
