@@ -6,7 +6,6 @@
 
 #include "app/DestinationCheck.h"
 #include "app/DockPosition.h"
-#include "app/ManifestFile.h"
 #include "app/MissingApplication.h"
 #include "process/EndRequest.h"
 #include "process/Files.h"
@@ -191,9 +190,10 @@ AppController::ScriptOutcome AppController::generateShellScript(const BackupConf
 // One that cannot be written is missing from its archive; an older one of ours must not stand in for it. In a
 // client's own folder nothing is removed.
 void AppController::writeManifests() {
+  const CalendarDate today = ports_.currentDate();  // a question may have waited for days
   for (const auto& manifest : record_.manifests) {
     std::string problem;
-    if (ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest), problem)) continue;
+    if (ports_.propertyLists.writeXml(manifest.path, manifestDictionary(manifest, today), problem)) continue;
     log(problem);
     if (manifest.path.starts_with(supportFolder_)) removeFile(manifest.path);
   }

@@ -11,6 +11,7 @@
 
 #include "app/BackupConfiguration.h"
 #include "app/Leftovers.h"
+#include "app/ManifestFile.h"
 #include "app/ProgressMonitor.h"
 #include "app/ProgressWindow.h"
 #include "app/PropertyLists.h"
@@ -37,6 +38,7 @@ struct Ports {
   RunLoop& runLoop;
   PropertyLists& propertyLists;
   Volumes& volumes;
+  CalendarDate (&currentDate)();  // in the user's time zone
 };
 
 /// What a run expects at fixed places of the system.

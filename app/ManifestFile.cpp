@@ -14,8 +14,8 @@ std::string dayMonthYear(const CalendarDate& date) {
 
 }  // namespace
 
-PropertyListDictionary manifestDictionary(const Manifest& manifest) {
-  return {{"Date", {dayMonthYear(manifest.date)}},
+PropertyListDictionary manifestDictionary(const Manifest& manifest, const CalendarDate& today) {
+  return {{"Date", {dayMonthYear(today)}},
           {"Clients", {PropertyListValue::Array{{manifest.client}}}},
           {"Language", {std::int64_t{manifest.language}}}};
 }

@@ -1,6 +1,6 @@
-#include <ctime>
+#include "platform/CurrentDate.h"
 
-#include "platform/SystemFacts.h"
+#include <ctime>
 
 namespace corvane {
 

@@ -8,7 +8,4 @@ namespace corvane {
 /// Never fails: what the system does not tell is left empty.
 [[nodiscard]] Facts readFacts();
 
-/// Today in the user's time zone.
-[[nodiscard]] CalendarDate currentDate();
-
 }  // namespace corvane

@@ -42,8 +42,7 @@ Facts readFacts() {
           .userName = userName(),
           .localizedComputerName = QSComputerName::getLocalizedComputerName(),
           .appKitVersion = kAppKitOfCurrentSystem,
-          .minorSystemVersion = kMinorVersionOfCurrentSystem,
-          .today = currentDate()};
+          .minorSystemVersion = kMinorVersionOfCurrentSystem};
 }
 
 }  // namespace corvane

@@ -41,8 +41,7 @@ Facts readFacts() {
                     .userName = toUtf8(NSUserName()),
                     .localizedComputerName = QSComputerName::getLocalizedComputerName(),
                     .appKitVersion = NSAppKitVersionNumber,
-                    .minorSystemVersion = minorSystemVersion(),
-                    .today = currentDate()};
+                    .minorSystemVersion = minorSystemVersion()};
   [pool drain];
   return facts;
 }

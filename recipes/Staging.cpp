@@ -19,8 +19,7 @@ std::string baseFolder(const RunRecord& record, const std::string& destination) 
 void requestManifest(const RecipeContext& context, const std::string& folder, std::string_view client) {
   auto& record = context.record;
   record.contentsLocation = folder + "/Contents.plist";
-  record.manifests.push_back(
-      {record.contentsLocation, std::string(client), record.language, context.facts.today});
+  record.manifests.push_back({record.contentsLocation, std::string(client), record.language});
 }
 
 void noteStagingFolder(RunRecord& record, const std::string& base) {

@@ -6,12 +6,6 @@
 
 namespace corvane {
 
-struct CalendarDate {
-  int year = 1970;
-  int month = 1;  // 1 to 12
-  int day = 1;    // 1 to 31
-};
-
 struct Facts {
   // Absolute paths in UTF-8, without a trailing slash.
   std::string homeDirectory;
@@ -26,7 +20,6 @@ struct Facts {
 
   double appKitVersion = 0;    ///< decides which folders of Apple Mail exist
   int minorSystemVersion = 0;  ///< the 8 of 10.8; decides what the address book is called
-  CalendarDate today;
 };
 
 /// The folder of the program's own files.

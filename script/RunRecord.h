@@ -7,8 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "script/Facts.h"
-
 namespace corvane {
 
 /// A property list that says what an archive holds. A recipe asks for it, the controller writes it before
@@ -17,7 +15,6 @@ struct Manifest {
   std::string path;
   std::string client;
   std::int32_t language = 0;
-  CalendarDate date;
 };
 
 struct RunRecord {

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "app/AppController.h"
+#include "platform/CurrentDate.h"
 #include "platform/EndingSignals.h"
 #include "platform/SystemFacts.h"
 #include "platform/SystemPropertyLists.h"
@@ -43,8 +44,9 @@ struct CocoaRun {
   SystemPropertyLists propertyLists;
   SystemVolumes volumes;
   CocoaProgressWindow window;
-  AppController controller{readFacts(),
-                           {window, window, window, window, workspace, runLoop, propertyLists, volumes}};
+  AppController controller{
+      readFacts(),
+      {window, window, window, window, workspace, runLoop, propertyLists, volumes, corvane::currentDate}};
   EndingSignals signals{runLoop, [this] { controller.cancelBackup(); }};
 };
 

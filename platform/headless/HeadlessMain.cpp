@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/AppController.h"
+#include "platform/CurrentDate.h"
 #include "platform/EndingSignals.h"
 #include "platform/SystemVolumes.h"
 #include "platform/headless/HeadlessDisplay.h"
@@ -17,8 +18,8 @@ int runHeadless(const Facts& facts, PropertyLists& propertyLists,
   HeadlessDisplay display(runLoop);
   SystemVolumes volumes;
   HeadlessWorkspace workspace(runLoop, std::move(announce));
-  AppController controller(facts,
-                           {display, display, display, display, workspace, runLoop, propertyLists, volumes});
+  AppController controller(
+      facts, {display, display, display, display, workspace, runLoop, propertyLists, volumes, currentDate});
   const EndingSignals signals(runLoop, [&] { controller.cancelBackup(); });
   controller.awakeFromNib();
   runLoop.run();

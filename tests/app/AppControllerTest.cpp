@@ -23,6 +23,8 @@ using Events = std::vector<std::string>;
 
 constexpr const char* kPost = "post com.quillon.Corvane.executionComplete";
 
+CalendarDate ninthOfMarch() { return {2026, 3, 9}; }
+
 // A run in a scratch home folder. Standard error is put back afterwards: a run takes it over for its log.
 struct Machine {
   Machine() {
@@ -36,9 +38,8 @@ struct Machine {
     facts.libraryFolder = home.path() + "/Library";
     facts.appSupportFolder = facts.libraryFolder + "/Application Support";
     facts.appKitVersion = 2000;
-    facts.today = {2026, 3, 9};
     controller = std::make_unique<AppController>(
-        facts, Ports{ports, ports, ports, ports, ports, runLoop, lists, volumes},
+        facts, Ports{ports, ports, ports, ports, ports, runLoop, lists, volumes, ninthOfMarch},
         SystemPlaces{home.path("Corvane.app"), home.path("crontab tool")});
     controller->awakeFromNib();
   }
