@@ -121,7 +121,11 @@ struct NodeFrom {
   Node operator()(const PropertyListValue::Other&) const { return nullptr; }
   Node operator()(bool flag) const { return Node(plist_new_bool(flag ? 1 : 0)); }
   Node operator()(std::int64_t number) const {
-    return Node(plist_new_uint(static_cast<std::uint64_t>(number)));
+#ifdef HAVE_PLIST_NEW_INT
+    return Node(plist_new_int(number));
+#else
+    return Node(plist_new_uint(static_cast<std::uint64_t>(number)));  // signed all the same
+#endif
   }
   Node operator()(double number) const {
     return std::isfinite(number) ? Node(plist_new_real(number)) : nullptr;
