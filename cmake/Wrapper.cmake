@@ -12,7 +12,7 @@ if(APPLE)
   set(SIGN_AS "-" CACHE STRING "Identity that signs the program; - for none: then what the user allows it ends with each build")
   set(resources $<TARGET_BUNDLE_CONTENT_DIR:BackupEngine>/Resources)
   set(xib ${CMAKE_SOURCE_DIR}/resources/MainMenu.xib)
-  set_property(TARGET BackupEngine APPEND PROPERTY LINK_DEPENDS ${xib})
+  set_property(TARGET BackupEngine APPEND PROPERTY LINK_DEPENDS ${xib} ${CMAKE_BINARY_DIR}/Info.plist)
   add_custom_command(TARGET BackupEngine POST_BUILD
     COMMAND ${CMAKE_COMMAND} -E make_directory ${resources}
     COMMAND ${IBTOOL} --errors --warnings --minimum-deployment-target ${MINIMUM_MACOS}

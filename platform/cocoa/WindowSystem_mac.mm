@@ -7,7 +7,7 @@ namespace corvane {
 ScreenUpdatesSuspended::ScreenUpdatesSuspended() { NSDisableScreenUpdates(); }
 ScreenUpdatesSuspended::~ScreenUpdatesSuspended() { NSEnableScreenUpdates(); }
 
-// Systems since 10.5 scale below AppKit, and may have lost the question, or only its declaration.
+// Systems since 10.7 scale below AppKit, and may have lost the question, or only its declaration.
 Length userSpaceScaleFactor() {
   NSScreen* screen = [NSScreen mainScreen];
   if (![screen respondsToSelector:@selector(userSpaceScaleFactor)]) return 1;
