@@ -9,7 +9,9 @@ namespace {
 
 // Of the source's format what 8-bit samples can have too; with the rest the system would refuse the bitmap.
 NSBitmapFormat formatLike(NSBitmapImageRep* source) {
-  constexpr auto meaningful = NSAlphaFirstBitmapFormat | NSAlphaNonpremultipliedBitmapFormat;
+  constexpr NSUInteger kThirtyTwoBitLittleEndian = 1 << 9;  // not every system declares it
+  constexpr auto meaningful =
+      NSAlphaFirstBitmapFormat | NSAlphaNonpremultipliedBitmapFormat | kThirtyTwoBitLittleEndian;
   return static_cast<NSBitmapFormat>([source bitmapFormat] & meaningful);
 }
 
