@@ -45,7 +45,7 @@ struct Entry {
 /// nothing. On failure false, the cause, and the file that was there before.
 [[nodiscard]] bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem);
 
-/// Makes a folder and those above it; true when it is there afterwards.
+/// Makes a folder and those above it, for their owner only; true when it is there afterwards.
 bool makeFolders(const std::string& path);
 
 /// Removes a file or link; true when nothing is there afterwards.

@@ -36,12 +36,13 @@ struct Spawned {
 /// No other descriptor is inherited: all that this process holds are marked so, for good.
 [[nodiscard]] Spawned spawn(const LaunchCommand& command, int output, bool withErrors = true);
 
-/// A pipe whose ends no other program inherits. False when the system has no more descriptors.
+/// A pipe whose ends no other program inherits.
 struct Pipe {
   Pipe();
   ~Pipe();
   Pipe(const Pipe&) = delete;
   Pipe& operator=(const Pipe&) = delete;
+  /// False when the system had no more descriptors.
   [[nodiscard]] bool isOpen() const { return readEnd >= 0; }
   void closeWriteEnd();
 

@@ -22,7 +22,8 @@ class TaskController {
   virtual void processStarted() = 0;
   /// Text of one read: several lines, or part of one. Valid UTF-8, never empty.
   virtual void appendOutput(const std::string& output) = 0;
-  /// Called exactly once for a started process: at the end of its output or when it is stopped.
+  /// Called once for a started process: at the end of its output or when it is stopped; never for one that
+  /// is abandoned.
   virtual void processFinished() = 0;
 };
 

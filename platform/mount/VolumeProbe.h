@@ -20,9 +20,9 @@ struct VolumeLook {
   bool isMountRoot = false;  ///< something is mounted there; false where the system does not tell
 };
 
-/// Looks at `folder` from another process, which is left to itself when it is not back within `limit`, or
-/// two seconds after this program has been asked to end: what stands there may be a file system whose server
-/// is gone.
+/// Looks at `folder` from another process, since what stands there may be a file system whose server is gone.
+/// The process is ended when it is not back within `limit`, or two seconds after this program has been asked
+/// to end; one that the file system does not let go is left to itself after another 2.5 s.
 [[nodiscard]] VolumeLook lookAtVolume(const std::string& folder, std::chrono::milliseconds limit);
 
 }  // namespace corvane
