@@ -12,7 +12,7 @@ namespace corvane::ditto {
 
 struct ZipEntry {
   ZipEntry() = default;
-  /// `pathInside` has slashes between the names in it; a folder's gets one at its end. `linkTarget`: of a link.
+  /// `pathInside` has slashes between the names in it; a folder ends with one. `linkTarget`: of a link.
   ZipEntry(std::string pathInside, const struct stat& status, const std::string& linkTarget = "");
 
   std::string name;
