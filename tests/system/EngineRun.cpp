@@ -38,6 +38,15 @@ long peakMemoryOf(pid_t pid) {
   return line == std::string::npos ? 0 : std::strtol(status.c_str() + line + 6, nullptr, 10);
 }
 
+// The engine's frameworks start one themselves, apart from the engine, where ours does not answer.
+void endNotificationDaemons(const std::string& home) {
+  for (const auto& pid : namesIn("/proc")) {
+    if (readTestFile("/proc/" + pid + "/comm") != "gdnc\n") continue;
+    const std::string environment = readTestFile("/proc/" + pid + "/environ");
+    if (environment.find("HOME=" + home + '\0') != std::string::npos) ::kill(std::stoi(pid), SIGKILL);
+  }
+}
+
 }  // namespace
 
 std::string xmlPropertyList(const std::string& entries) {
@@ -53,6 +62,7 @@ EngineRun::EngineRun(uid_t user) : user_(user) {
 }
 
 EngineRun::~EngineRun() {
+  endNotificationDaemons(home());
   if (!testing::Test::HasFailure()) return;
   const std::string all = log();
   const std::size_t shown = std::min<std::size_t>(all.size(), 8192);
