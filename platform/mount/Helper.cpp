@@ -1,14 +1,15 @@
 #include "platform/mount/Helper.h"
 
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
 
 #include "process/Files.h"
+#include "process/ProgramPath.h"
 #include "process/RunTool.h"
 #include "script/Text.h"
 
@@ -16,7 +17,7 @@ namespace corvane {
 namespace {
 
 constexpr const char* kUsualPath = "/usr/bin:/bin";
-constexpr const char* kSystemCommands = "/usr/sbin:/sbin";  // what a user's PATH leaves out
+constexpr std::array kSystemCommands{"/usr/sbin", "/sbin"};  // what a user's PATH leaves out
 constexpr std::size_t kMostBytes = 500;
 
 // A file for the time of one run, for its owner only.
@@ -44,22 +45,6 @@ class SettingsFile {
   std::string problem_;
   bool made_ = false;
 };
-
-std::string findProgram(const std::string& name, const std::vector<std::string>& environment) {
-  const std::string folders = variable(environment, "PATH", kUsualPath) + ":" + kSystemCommands + ":";
-  for (std::size_t start = 0; start < folders.size();) {
-    const auto end = folders.find(':', start);
-    const std::string folder = folders.substr(start, end - start);
-    const std::string path = folder + "/" + name;
-    struct stat status {};
-    if (folder.starts_with('/') && ::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
-        ::access(path.c_str(), X_OK) == 0) {
-      return path;
-    }
-    start = end + 1;
-  }
-  return {};
-}
 
 // The last line that it was given.
 std::string_view secretOf(const MountPlan& plan) {
@@ -108,7 +93,9 @@ std::vector<std::string> environmentFor(const MountPlan& plan) {
 
 MountOutcome runHelper(const MountPlan& plan, const Patience& patience) {
   const auto environment = environmentFor(plan);
-  const std::string program = findProgram(plan.helper, environment);
+  auto folders = splitSearchPath(variable(environment, "PATH", kUsualPath));
+  folders.insert(folders.end(), kSystemCommands.begin(), kSystemCommands.end());
+  const std::string program = findProgram(plan.helper, folders);
   if (program.empty()) return {.error = ENOENT, .problem = plan.helper + " is not installed"};
   const SettingsFile settings(plan.settings);
   if (!settings.problem().empty()) return {.error = EIO, .problem = settings.problem()};

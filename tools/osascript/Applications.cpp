@@ -1,13 +1,12 @@
 #include "tools/osascript/Applications.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
 #include <set>
 
 #include "process/Files.h"
+#include "process/ProgramPath.h"
 #include "tools/osascript/DesktopEntry.h"
 #include "tools/osascript/Names.h"
 
@@ -21,16 +20,6 @@ struct Candidate {
   fs::path file;
 };
 
-std::vector<std::string> splitFolders(const std::string& list) {
-  std::vector<std::string> folders;
-  for (std::size_t begin = 0; begin <= list.size();) {
-    const auto end = std::min(list.find(':', begin), list.size());
-    folders.push_back(list.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return folders;
-}
-
 // As `variable`, but an empty value counts as none.
 std::string setting(const std::vector<std::string>& environment, const char* name,
                     const std::string& otherwise) {
@@ -39,13 +28,13 @@ std::string setting(const std::vector<std::string>& environment, const char* nam
 }
 
 std::vector<std::string> programFolders(const std::vector<std::string>& environment) {
-  return splitFolders(setting(environment, "PATH", "/usr/bin:/bin"));
+  return splitSearchPath(setting(environment, "PATH", "/usr/bin:/bin"));
 }
 
 std::vector<std::string> dataFolders(const std::vector<std::string>& environment) {
   const std::string home = variable(environment, "HOME", "");
   std::vector<std::string> folders{setting(environment, "XDG_DATA_HOME", home + "/.local/share")};
-  for (auto& folder : splitFolders(setting(environment, "XDG_DATA_DIRS", "/usr/local/share:/usr/share"))) {
+  for (auto& folder : splitSearchPath(setting(environment, "XDG_DATA_DIRS", "/usr/local/share:/usr/share"))) {
     folders.push_back(std::move(folder));
   }
   std::erase_if(folders, [](const std::string& folder) { return !folder.starts_with('/'); });
@@ -127,19 +116,6 @@ std::optional<Application> findEntry(std::string_view name, const std::vector<st
 }
 
 }  // namespace
-
-std::string findProgram(std::string_view name, const std::vector<std::string>& folders) {
-  if (name.empty() || name.find('/') != std::string_view::npos) return {};
-  for (const auto& folder : folders) {
-    if (!folder.starts_with('/')) continue;
-    std::string path = folder + (folder.ends_with('/') ? "" : "/") + std::string(name);
-    struct stat status {};
-    if (::stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && ::access(path.c_str(), X_OK) == 0) {
-      return path;
-    }
-  }
-  return {};
-}
 
 std::optional<Application> findApplication(std::string_view name,
                                            const std::vector<std::string>& environment) {

@@ -22,8 +22,4 @@ struct Application {
 [[nodiscard]] std::optional<Application> findApplication(std::string_view name,
                                                          const std::vector<std::string>& environment);
 
-/// The path of the first program `name` in `folders`, those that are no absolute paths left out; empty when
-/// there is none.
-[[nodiscard]] std::string findProgram(std::string_view name, const std::vector<std::string>& folders);
-
 }  // namespace corvane::osascript

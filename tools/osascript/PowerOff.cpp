@@ -1,7 +1,7 @@
 #include "tools/osascript/PowerOff.h"
 
+#include "process/ProgramPath.h"
 #include "process/RunTool.h"
-#include "tools/osascript/Applications.h"
 
 namespace corvane::osascript {
 
