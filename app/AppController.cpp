@@ -178,7 +178,7 @@ void AppController::completeUninstall() {
 AppController::ScriptOutcome AppController::generateShellScript(const BackupConfiguration& configuration) {
   ScriptAssembly(record_, facts_, clientTable(), *this).assemble(configuration.script);
   ports_.steps.setStepMaximum(record_.progressMaximum);
-  workNames_ = workNames(record_, configuration.script.destination, supportFolder_);
+  workNames_ = workNames(record_, configuration.script.destination, scriptPath_);
   if (!clearLeftovers(workNames_, isSureToBeAlone_)) return ScriptOutcome::hasNoPlace;
   isAtWork_ = true;
   writeManifests();

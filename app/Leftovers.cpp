@@ -5,13 +5,13 @@
 #include <string_view>
 
 #include "process/Log.h"
+#include "process/TemporaryNames.h"
 #include "recipes/Staging.h"
 
 namespace corvane {
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr const char* kUnfinishedArchive = ".ditto-";  // as our `ditto` calls it until it is complete
 
 bool isLetterOrDigit(char character) {
   return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'z') ||
@@ -140,18 +140,18 @@ bool clear(const WorkName& work, const std::string& name, bool isAlone) {
 }  // namespace
 
 std::vector<WorkName> workNames(const RunRecord& record, const std::string& destination,
-                                const std::string& supportFolder) {
+                                const std::string& scriptPath) {
   const std::string base = baseFolder(record, destination);
   std::vector<WorkName> names{{base, std::string(kStagingName), "", Between::nothing, EntryKind::folder},
                               {base, std::string(kArchiveInProgress)},
                               {base, kUnfinishedArchive, "", Between::sixteenDigits, EntryKind::file, false},
-                              temporaryFile(base + "/.corvane-owner-"),  // by which owners are compared
-                              temporaryFile("/tmp/corvane-mount."),
-                              temporaryFile(supportFolder + ".corvane.sh.new-")};
+                              temporaryFile(base + "/" + kOwnerSample),
+                              temporaryFile(kMountSettings),
+                              temporaryFile(scriptPath + kNewFile)};
   for (const auto& archive : record.copiedArchives) {
     if (const auto name = archiveName(base, archive)) names.push_back(*name);
   }
-  for (const auto& manifest : record.manifests) names.push_back(temporaryFile(manifest.path + ".new-"));
+  for (const auto& manifest : record.manifests) names.push_back(temporaryFile(manifest.path + kNewFile));
   return names;
 }
 

@@ -30,14 +30,14 @@ struct WorkName {
 };
 
 /// The names at which the assembled script of `record` builds its archives, in the folder of `destination` or
-/// in /tmp, and those of half-written files of ours there and in `supportFolder`.
+/// in /tmp, and those of half-written files of ours there and beside the script at `scriptPath`.
 [[nodiscard]] std::vector<WorkName> workNames(const RunRecord& record, const std::string& destination,
-                                              const std::string& supportFolder);
+                                              const std::string& scriptPath);
 
 /// Removes, and logs, what stands at these names, is of their kind, and belongs to this user; nothing unless
-/// `isAlone`, since it may then be the work of a run that is going on. True when all
-/// names that are used are free afterwards; else false, and a log line says what is in the way, or that it
-/// cannot be seen: a link or something of another user's could lead the user's mail astray.
+/// `isAlone`, since it may then be the work of a run that is going on. True when all names that are used are
+/// free afterwards; else false, and a log line says what is in the way, or that it cannot be seen: a link or
+/// something of another user's could lead the user's mail astray.
 [[nodiscard]] bool clearLeftovers(const std::vector<WorkName>& names, bool isAlone);
 
 /// Logs what came to stand at names that are used since they were free, and is no work of this user's.

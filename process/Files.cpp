@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "process/TemporaryNames.h"
+
 namespace corvane {
 namespace {
 
@@ -107,7 +109,7 @@ Entry entryAt(const std::string& path) {
 bool hasOwnerOfNewFiles(const std::string& path) {
   struct stat old {};
   struct stat fresh {};
-  std::string sample = path.substr(0, path.find_last_of('/')) + "/.corvane-owner-XXXXXX";
+  std::string sample = path.substr(0, path.find_last_of('/') + 1) + kOwnerSample + "XXXXXX";
   const Descriptor file(::mkstemp(sample.data()));
   if (file.number < 0) return false;
   const bool areKnown = ::fstat(file.number, &fresh) == 0 && ::lstat(path.c_str(), &old) == 0;
@@ -140,7 +142,7 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit, 
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem) {
-  std::string temporary = path + ".new-XXXXXX";
+  std::string temporary = path + kNewFile + "XXXXXX";
   const Descriptor file(::mkstemp(temporary.data()));
   if (file.number < 0) {
     problem = errnoSentence("write", path);

@@ -32,8 +32,7 @@ struct Entry {
 [[nodiscard]] Entry entryAt(const std::string& path);
 
 /// Whether the entry has the owner that a new file of ours gets in its folder: on volumes that keep no
-/// owners, or map them, that is another than the user. Makes a file ".corvane-owner-" and six characters
-/// there for a moment.
+/// owners, or map them, that is another than the user. Makes a file there for a moment.
 [[nodiscard]] bool hasOwnerOfNewFiles(const std::string& path);
 
 /// The bytes of a regular file of at most `limit` bytes. Nothing, and the cause, when it is missing, not a

@@ -18,7 +18,7 @@ TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
   record.copiedArchives = {"host-`date +%d`-`/bin/date`-Mail.qvb", "plain.qvb", "`date`.qvb", "a/b", ".."};
   record.manifests = {{.path = "/home/anna/Library/Thunderbird/Contents.plist"}};
   std::vector<std::string> names;
-  for (const auto& work : workNames(record, "/Volumes/Disk", "/support/"))
+  for (const auto& work : workNames(record, "/Volumes/Disk", "/support/.corvane.sh"))
     names.push_back(work.folder + "/" + work.prefix +
                     (work.between == Between::nothing ? "" : "*" + work.suffix));
   EXPECT_THAT(names, ElementsAre("/tmp/.QVB_Backup", "/tmp/corvane.qvb", "/tmp/.ditto-*",
@@ -26,7 +26,7 @@ TEST(Leftovers, AreTheNamesAtWhichTheScriptWorks) {
                                  "/support/.corvane.sh.new-*", "/tmp/host-*-Mail.qvb", "/tmp/plain.qvb",
                                  "/tmp/*.qvb", "/home/anna/Library/Thunderbird/Contents.plist.new-*"));
   record.useAutomount = false;
-  EXPECT_EQ(workNames(record, "/Volumes/Disk", "/support/").front().folder, "/Volumes/Disk");
+  EXPECT_EQ(workNames(record, "/Volumes/Disk", "/support/.corvane.sh").front().folder, "/Volumes/Disk");
 }
 
 [[nodiscard]] std::vector<WorkName> namesIn(const std::string& folder) {

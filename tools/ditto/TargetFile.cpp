@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "process/TemporaryNames.h"
+
 namespace corvane::ditto {
 namespace {
 
@@ -35,7 +37,7 @@ bool randomName(std::string& name) {
   std::uint64_t number = 0;
   if (::getrandom(&number, sizeof number, 0) != sizeof number) return false;
   char text[kNameSize];
-  std::snprintf(text, sizeof text, ".ditto-%016llx", static_cast<unsigned long long>(number));
+  std::snprintf(text, sizeof text, "%s%016llx", kUnfinishedArchive, static_cast<unsigned long long>(number));
   name = text;
   return true;
 }
