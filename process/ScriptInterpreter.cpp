@@ -48,12 +48,7 @@ LaunchCommand commandForScript(const std::vector<std::string>& arguments, const 
   std::string path = variable(environment, "PATH", "");
   if (path.empty()) path = "/usr/bin:/bin:/usr/sbin:/sbin";
   setVariable(environment, "PATH", toolsFolder.empty() ? path : path + ":" + toolsFolder);
-  // The script takes the ninth column of `ls -l` for the name: the user's own ways of writing dates and names
-  // must not move or change it.
-  setVariable(environment, "TIME_STYLE", "+%m %d %H:%M");
-  setVariable(environment, "QUOTING_STYLE", "literal");
-  // As `echo` of the system's own /bin/sh on macOS; shells other than bash do not look at it.
-  setVariable(environment, "BASHOPTS", "xpg_echo");
+  for (const auto& [name, value] : kShellSettings) setVariable(environment, name, value);
   return command;
 }
 

@@ -16,6 +16,22 @@ namespace corvane {
 /// What the list of processes shows as the program, whichever shell it is.
 inline constexpr const char* kShellName = "/bin/sh";
 
+struct ShellSetting {
+  const char* name;
+  const char* value;
+};
+
+/// What the environment of the script holds for the shell and for the commands whose output it takes apart.
+inline constexpr ShellSetting kShellSettings[] = {
+    // The ninth column of `ls -l` is the name: the user's own ways of writing dates and names must not move
+    // or
+    // change it.
+    {"TIME_STYLE", "+%m %d %H:%M"},
+    {"QUOTING_STYLE", "literal"},
+    // As `echo` of the system's own /bin/sh on macOS; shells other than bash do not look at it.
+    {"BASHOPTS", "xpg_echo"},
+};
+
 /// The command that runs the script at arguments[0] with the other arguments. `toolsFolder` is looked through
 /// for commands after the folders of PATH, so that a system's own tools win.
 [[nodiscard]] LaunchCommand commandForScript(const std::vector<std::string>& arguments,

@@ -110,8 +110,12 @@ std::vector<std::string> currentEnvironment() {
 }
 
 void setVariable(std::vector<std::string>& environment, const std::string& name, const std::string& value) {
-  std::erase_if(environment, [&](const std::string& entry) { return entry.starts_with(assignment(name)); });
+  removeVariable(environment, name);
   environment.push_back(assignment(name) + value);
+}
+
+void removeVariable(std::vector<std::string>& environment, const std::string& name) {
+  std::erase_if(environment, [&](const std::string& entry) { return entry.starts_with(assignment(name)); });
 }
 
 std::string variable(const std::vector<std::string>& environment, const std::string& name,

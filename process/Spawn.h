@@ -22,6 +22,9 @@ struct LaunchCommand {
 /// Sets NAME in `environment`, in place of an earlier value.
 void setVariable(std::vector<std::string>& environment, const std::string& name, const std::string& value);
 
+/// Takes NAME away from `environment`.
+void removeVariable(std::vector<std::string>& environment, const std::string& name);
+
 /// The value of NAME, or `otherwise`.
 [[nodiscard]] std::string variable(const std::vector<std::string>& environment, const std::string& name,
                                    const std::string& otherwise);

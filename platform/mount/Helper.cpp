@@ -11,6 +11,7 @@
 #include "process/Files.h"
 #include "process/ProgramPath.h"
 #include "process/RunTool.h"
+#include "process/TemporaryNames.h"
 #include "script/Text.h"
 
 namespace corvane {
@@ -41,7 +42,7 @@ class SettingsFile {
   const std::string& problem() const { return problem_; }
 
  private:
-  std::string path_ = "/tmp/corvane-mount.XXXXXX";
+  std::string path_ = std::string(kMountSettings) + "XXXXXX";
   std::string problem_;
   bool made_ = false;
 };
@@ -82,9 +83,7 @@ std::vector<std::string> environmentFor(const MountPlan& plan) {
   setVariable(environment, "LC_ALL", "C");
   const passwd* user = ::getpwuid(::geteuid());
   if (variable(environment, "HOME", "").empty() && user) setVariable(environment, "HOME", user->pw_dir);
-  for (const auto& name : plan.withheld) {
-    std::erase_if(environment, [&](const std::string& entry) { return entry.starts_with(name + "="); });
-  }
+  for (const auto& name : plan.withheld) removeVariable(environment, name);
   for (const auto& [name, value] : plan.variables) setVariable(environment, name, value);
   return environment;
 }

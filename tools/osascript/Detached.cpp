@@ -8,6 +8,7 @@
 
 #include "process/FileMask.h"
 #include "process/Files.h"
+#include "process/ScriptInterpreter.h"
 
 namespace corvane::osascript {
 namespace {
@@ -64,9 +65,8 @@ std::string startDetached(Application application) {
   auto& command = application.command;
   // Meant for the shell that runs the script; an application's own scripts are written for the usual
   // settings.
-  for (const char* name : {"BASHOPTS=", "QUOTING_STYLE=", "TIME_STYLE=", "CORVANE_UMASK="}) {
-    std::erase_if(command.environment, [&](const std::string& entry) { return entry.starts_with(name); });
-  }
+  for (const auto& [name, value] : kShellSettings) removeVariable(command.environment, name);
+  removeVariable(command.environment, kFileMaskVariable);
   const Settings settings(workingFolder(application));
   const auto arguments = pointersTo(command.arguments);
   const auto environment = pointersTo(command.environment);
