@@ -13,6 +13,7 @@
 #include "process/OrphanedScript.h"
 #include "process/QSShellScriptGenerator.h"
 #include "recipes/ClientTable.h"
+#include "script/OutputTexts.h"
 #include "script/ShellQuoting.h"
 #include "script/Text.h"
 
@@ -21,17 +22,14 @@ namespace {
 
 constexpr const char* kScriptName = ".corvane.sh";
 constexpr const char* kCompletion = "com.quillon.Corvane.executionComplete";
-constexpr int kAlreadyRunning = 11;  // exit status
-constexpr const char* kSuccess = "Backup completed successfully";
-constexpr const char* kServerCopy = "Moving Backup file to server volume";
-constexpr const char* kLaunchMail = "----Launch Apple Mail----";
+constexpr int kAlreadyRunning = 11;     // exit status
 constexpr double kFadeInterval = 0.05;  // seconds
 constexpr double kFadeStep = 0.1;
 
 // These lines accompany a step and are none themselves.
 bool countsAsStep(const std::string& output) {
-  return !contains(output, "Results of the Corvane:") && !contains(output, "Removing old backup") &&
-         !contains(output, "Waiting for ");
+  return !contains(output, kResultsText) && !contains(output, kRemovalText) &&
+         !contains(output, kWaitingText);
 }
 
 }  // namespace
@@ -217,8 +215,8 @@ void AppController::updateDisplayWithStatus(const std::string& status) {
 void AppController::appendOutput(const std::string& raw) {
   const std::string output = controlFilter_.filter(raw);
   std::size_t start = 0;
-  for (auto marker = output.find(kLaunchMail); marker != std::string::npos;
-       marker = output.find(kLaunchMail, start)) {
+  for (auto marker = output.find(kLaunchMailText); marker != std::string::npos;
+       marker = output.find(kLaunchMailText, start)) {
     const auto end = std::min(output.find('\n', marker), output.size() - 1) + 1;
     appendChunk(output.substr(start, end - start));
     start = end;
@@ -228,17 +226,17 @@ void AppController::appendOutput(const std::string& raw) {
 
 // What the system's loader says is never shown, but counts as a step.
 void AppController::appendChunk(const std::string& output) {
-  if (contains(output, kLaunchMail)) {
+  if (contains(output, kLaunchMailText)) {
     ports_.workspace.launchApplication("Mail.app");
   } else if (!contains(output, "dyld")) {
     updateDisplayWithStatus(output);
   }
-  if (contains(output, kServerCopy)) logIntruders(workNames_);
+  if (contains(output, kServerCopyText)) logIntruders(workNames_);
   if (countsAsStep(output)) ports_.steps.advanceSteps(1.0);
 }
 
 void AppController::processFinished() {
-  succeeded_ = contains(ports_.display.status(), kSuccess);
+  succeeded_ = contains(ports_.display.status(), kSuccessText);
   isAtWork_ = !succeeded_;
   ports_.workspace.postNotification(kCompletion);
   removeWrittenFiles();

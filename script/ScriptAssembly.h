@@ -1,9 +1,8 @@
 // Turns the configured clients into the one shell script that carries out a run.
 //
-// The script's text is a format of its own: the controller looks for six texts in the output (the first line,
-// the waiting for a client, the launch of Apple Mail, the copy to the server, the removal of an old archive,
-// and the verdict of a success), and every section relies on the variable `errorCode` that the header
-// declares (0 success, 1 failure, anything else completed with errors). Thread: main.
+// The script's text is a format of its own: the controller looks for six texts in the output (OutputTexts.h),
+// and every section relies on the variable `errorCode` that the header declares (0 success, 1 failure,
+// anything else completed with errors). Thread: main.
 #pragma once
 
 #include <cstdint>

@@ -6,6 +6,7 @@
 #include "process/RunTool.h"
 #include "process/ScriptInterpreter.h"
 #include "script/ClientSnippets.h"
+#include "script/OutputTexts.h"
 #include "script/Text.h"
 #include "tests/support/Golden.h"
 #include "tests/support/ScratchFolder.h"
@@ -48,6 +49,15 @@ TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
     record.useAutomount = row.useAutomount;
     EXPECT_EQ(assemble(row.options), readGolden(std::string("scripts/") + row.golden)) << row.golden;
     EXPECT_EQ(record.progressMaximum, row.progressMaximum) << row.golden;
+  }
+}
+
+TEST_F(ScriptAssemblyTest, PrintsWhatTheControllerLooksFor) {
+  record.useAutomount = true;
+  const auto& script = assemble({.clients = {"Apple Mail"}, .relaunchClient = true, .numberOfBackups = 5});
+  for (const auto text :
+       {kResultsText, kWaitingText, kServerCopyText, kRemovalText, kLaunchMailText, kSuccessText}) {
+    EXPECT_TRUE(contains(script, text)) << text;
   }
 }
 
