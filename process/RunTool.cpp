@@ -120,7 +120,7 @@ ToolResult runTool(const std::vector<std::string>& arguments, Capture capture, c
   return runTool({arguments.front(), arguments, currentEnvironment()}, capture, patience);
 }
 
-ToolResult runTool(LaunchCommand command, const std::string& input, const Patience& patience) {
+ToolResult runToolWithInput(LaunchCommand command, const std::string& input, const Patience& patience) {
   Pipe in;
   if (!in.isOpen()) return notStarted(command, "no descriptors left");
   if (!fillPipe(in, input)) return notStarted(command, "too much to read");

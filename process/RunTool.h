@@ -37,6 +37,7 @@ struct ToolResult {
 
 /// Runs a tool that reads `input`, of at most 4096 bytes, from its standard input, and waits for its end
 /// only, not for that of its output: a daemon that it leaves behind does not matter.
-[[nodiscard]] ToolResult runTool(LaunchCommand command, const std::string& input, const Patience& patience);
+[[nodiscard]] ToolResult runToolWithInput(LaunchCommand command, const std::string& input,
+                                          const Patience& patience);
 
 }  // namespace corvane

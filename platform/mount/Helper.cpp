@@ -103,7 +103,7 @@ MountOutcome runHelper(const MountPlan& plan, const Patience& patience) {
     if (argument == kSettingsFile) argument = "conf=" + settings.path();
     arguments.push_back(argument);
   }
-  return judge(plan, runTool({program, arguments, environment}, plan.input, patience));
+  return judge(plan, runToolWithInput({program, arguments, environment}, plan.input, patience));
 }
 
 }  // namespace corvane
