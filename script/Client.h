@@ -63,7 +63,7 @@ using IdentityFolders = std::array<IdentityFolder, 6>;
 
 struct Client {
   std::string_view displayName;  ///< as it stands in the configuration, case-sensitive
-  std::string_view rotationTag;  ///< its word for the rotation, which goes by archives' names; never empty
+  std::string_view rotationTag;  ///< handed to the rotation, which goes by archives' names; never empty
   int progressMaximum = 0;       ///< of the step bar, before what the script adds for a server and its end
   Recipe recipe = nullptr;
 

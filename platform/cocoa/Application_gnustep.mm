@@ -7,29 +7,35 @@
 #include "platform/Display.h"
 #include "platform/EndingSignals.h"
 #import "platform/cocoa/Application.h"
+#import "platform/cocoa/Strings.h"
 #import "platform/cocoa/Theme.h"
 #include "process/Log.h"
 
 namespace corvane {
 namespace {
 
-NSDictionary* appearance() {
-  return [NSDictionary
-      dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon", @"NO", @"GSAppOwnsMiniwindow", @"1",
-                                   @"NSExceptionHandlerMask", @"DejaVuSans", @"NSFont", @"DejaVuSans-Bold",
-                                   @"NSBoldFont", @"0.93 0.93 0.93", @"windowBackgroundColor",
-                                   @"0.93 0.93 0.93", @"controlBackgroundColor", @"0.93 0.93 0.93",
-                                   @"controlHighlightColor", @"0.95 0.95 0.95", @"controlColor",
-                                   @"0.7 0.7 0.7", @"controlShadowColor", @"0.45 0.45 0.45",
-                                   @"controlDarkShadowColor", @"0.22 0.46 0.84",
-                                   @"alternateSelectedControlColor", nil];
-}
+constexpr const char* kLightGrey = "0.93 0.93 0.93";
+constexpr const char* kDefaults[][2] = {
+    {"GSSuppressAppIcon", "YES"},
+    {"GSAppOwnsMiniwindow", "NO"},
+    {"NSExceptionHandlerMask", "1"},
+    {"NSFont", "DejaVuSans"},
+    {"NSBoldFont", "DejaVuSans-Bold"},
+    {"windowBackgroundColor", kLightGrey},
+    {"controlBackgroundColor", kLightGrey},
+    {"controlHighlightColor", kLightGrey},
+    {"controlColor", "0.95 0.95 0.95"},
+    {"controlShadowColor", "0.7 0.7 0.7"},
+    {"controlDarkShadowColor", "0.45 0.45 0.45"},
+    {"alternateSelectedControlColor", "0.22 0.46 0.84"},
+};
 
 // Without a window manager nobody else decorates an alert.
-NSDictionary* decorations() {
-  return isWindowManagerRunning()
-             ? [NSDictionary dictionary]
-             : [NSDictionary dictionaryWithObject:@"NO" forKey:@"GSBackHandlesWindowDecorations"];
+NSDictionary* ourDefaults() {
+  NSMutableDictionary* defaults = [NSMutableDictionary dictionary];
+  for (const auto& [name, value] : kDefaults) [defaults setObject:toNSString(value) forKey:toNSString(name)];
+  if (!isWindowManagerRunning()) [defaults setObject:@"NO" forKey:@"GSBackHandlesWindowDecorations"];
+  return defaults;
 }
 
 // GNUstep would open every bare word of the command line as a file; this program has no arguments.
@@ -51,9 +57,7 @@ void keepNewsOfApplicationsLocal() {
 
 void prepare(const char** argv) {
   hideArguments(argv);
-  NSUserDefaults* defaults = [NSUserDefaults standardUserDefaults];
-  [defaults registerDefaults:appearance()];
-  [defaults registerDefaults:decorations()];
+  [[NSUserDefaults standardUserDefaults] registerDefaults:ourDefaults()];
   keepNewsOfApplicationsLocal();
   [NSApplication sharedApplication];
   endAtOnceOnSignals();  // not inside its handlers, which may wait for themselves for ever
