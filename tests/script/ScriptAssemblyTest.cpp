@@ -29,11 +29,7 @@ TEST_F(ScriptAssemblyTest, WholeScriptsAreByteForByteTheGoldenOnes) {
   } rows[] = {
       {"no-clients", false, 101, {}},
       {"no-clients", true, 101, {.relaunchClient = true, .numberOfBackups = 5}},
-      {"no-clients-shutdown", false, 101, {.shutdownOnCompletion = true}},
       {"mail", false, 8, {.clients = mail}},
-      {"mail-relaunch-rotation", false, 8, {.clients = mail, .relaunchClient = true, .numberOfBackups = 5}},
-      {"mail-server-rotation", true, 11, {.clients = mail, .numberOfBackups = 2}},
-      {"mail-server-relaunch", true, 11, {.clients = mail, .relaunchClient = true}},
       {"two-mail-shutdown",
        false,
        8,

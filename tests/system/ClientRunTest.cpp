@@ -29,9 +29,7 @@ class ClientRunTest : public testing::Test {
   ClientRunTest() {
     engine.installTool("osascript", "");
     engine.installTool("ditto", "echo \"$@\" >>\"$HOME/dittoed\"\nexec " DITTO_PATH " \"$@\"\n");
-    writeTestFile(engine.preferences(),
-                  xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"
-                                  "<key>filenameTemplate</key><string>(Email Client).qvb</string>"));
+    engine.nameArchives("(Email Client).qvb");
   }
 
   void configure(const Names& clients, const std::string& more = "") {

@@ -81,6 +81,12 @@ void EngineRun::configureMail() {
   writeTestFile(library() + "/Mail/V9/Entwürfe.mbox/2.emlx", "From: anna\n\nGrüße\n");
 }
 
+void EngineRun::nameArchives(const std::string& filenameTemplate) {
+  writeTestFile(preferences(), xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"
+                                               "<key>filenameTemplate</key><string>" +
+                                               filenameTemplate + "</string>"));
+}
+
 void EngineRun::installTool(const std::string& name, const std::string& script) {
   home_.writeScript("bin/" + name, script);
 }

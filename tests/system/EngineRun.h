@@ -39,6 +39,8 @@ class EngineRun {
   void configure(const std::string& entries);
   /// Configures Apple Mail with a mail folder of a few messages.
   void configureMail();
+  /// Writes preferences that make archives' names of `filenameTemplate`.
+  void nameArchives(const std::string& filenameTemplate);
   /// Puts a command of that name before all others on the engine's PATH.
   void installTool(const std::string& name, const std::string& script);
 

@@ -23,11 +23,6 @@ struct Wait {
 
 class EndedRunTest : public HardeningTest {
  protected:
-  [[nodiscard]] pid_t awaitTool() const {
-    const std::string file = engine.home() + "/pid";
-    EXPECT_TRUE(waitFor([&] { return readTestFile(file).ends_with('\n'); }, 20s));
-    return std::atoi(readTestFile(file).c_str());
-  }
   // Also in the place of the system's own.
   void install(const std::string& tool) {
     engine.installTool(tool, "echo $$ >\"$HOME/pid\"; exec /usr/bin/sleep 1000\n");
@@ -45,7 +40,7 @@ TEST_P(AskedToEndTest, EndsTheToolAndTidiesUp) {
                    wait.automount);
   install(wait.tool);
   engine.start(hasWindow ? openDisplay() : "");
-  const pid_t tool = awaitTool();
+  const pid_t tool = engine.toolsProcess();
   ASSERT_GT(tool, 0);
   ASSERT_EQ(::kill(engine.pid(), wait.signal), 0);
   const auto status = engine.exitStatus(8s);
@@ -65,7 +60,7 @@ TEST_P(AskedToEndTest, EndsTheToolAndTidiesUp) {
 TEST_F(EndedRunTest, ByTheLossOfTheDisplay) {
   install("ditto");
   engine.start(openDisplay());
-  const pid_t tool = awaitTool();
+  const pid_t tool = engine.toolsProcess();
   ASSERT_GT(tool, 0);
   closeDisplay();
   const auto status = engine.exitStatus(8s);

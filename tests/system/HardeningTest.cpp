@@ -50,9 +50,7 @@ void HardeningTest::furnish() {
   makeFolders(archives);
   engine.configureMail();
   writeTestFile(engine.library() + "/Mail/V9/Archive.mbox/table", noise(256 * 1024));
-  writeTestFile(engine.preferences(),
-                xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"
-                                "<key>filenameTemplate</key><string>Daily-(Email Client).qvb</string>"));
+  engine.nameArchives("Daily-(Email Client).qvb");
   for (const char* name : {kOlder, kNew}) {
     EXPECT_EQ(runTool({DITTO_PATH, "-ck", engine.support(), archives + name}).status, 0);
   }

@@ -35,10 +35,7 @@ class ServerRunTest : public testing::Test {
   void SetUp() override {
     makeFolders(shared());
     if (!SilentVolume(shared()).isMounted()) GTEST_SKIP() << "no FUSE here, or this user may not mount";
-    writeTestFile(engine.preferences(),
-                  xmlPropertyList("<key>currentConfiguration</key><string>Daily</string>"
-                                  "<key>filenameTemplate</key><string>(Email Client)-" +
-                                  tag + ".qvb</string>"));
+    engine.nameArchives("(Email Client)-" + tag + ".qvb");
     engine.installTool("osascript", "");
     installDitto("");
     writeTestFile(engine.library() + "/Mail/V9/1.emlx", "mail");

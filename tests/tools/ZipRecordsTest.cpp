@@ -51,19 +51,6 @@ TEST(ZipRecordsTest, HoldNumbersOfSixtyFourBits) {
                "504b0506 0000 0000 0300 0300 00020000 ffffffff 0000 ");
 }
 
-TEST(ZipRecordsTest, StayInTheSmallFormAsLongAsItHoldsThem) {
-  ZipEntry entry = entryOf(9);
-  entry.offset = 0xfffffffe;
-  Buffer record;
-  appendDirectoryRecord(entry, record);
-  expectFields(record.bytes(),
-               "504b0102 2d03 1400 0000 0800 7dbf 9fff 04030201 05000000 09000000 0100 0000 0000 0000 0000 "
-               "0000a081 feffffff 6e ");
-  Buffer end;
-  appendEnd({0xfffe, 1, 2}, end);
-  expectFields(end.bytes(), "504b0506 0000 0000 feff feff 02000000 01000000 0000 ");
-}
-
 TEST(ZipRecordsTest, OnlyWhatDoesNotFitIsInTheLargeForm) {
   constexpr std::uint64_t kFits = 0xfffffffe;
   constexpr std::uint64_t kLarge = 0xffffffff;
