@@ -263,65 +263,52 @@ TEST_F(StagingTest, TheStagingFolderIsFoundBehindItsEscapes) {
   EXPECT_FALSE(fileExists(disk + "/.QVB_Backup"));
 }
 
-class ProgressMonitorTest : public testing::Test {
- protected:
-  ProgressMonitorTest() {
-    record.mailSizeTempFolder = home.path() + "/copy";
-    makeFolders(record.mailSizeTempFolder);
-  }
-
-  // Random enough that no file system packs it away.
-  void grow(const std::string& name, std::size_t kilobytes) {
-    std::ofstream file(home.path() + name, std::ios::binary | std::ios::app);
-    for (std::size_t i = 0; i < kilobytes * 1024; ++i) file.put(static_cast<char>(i * i >> 7));
-  }
+// What is measured is random enough that no file system packs it away.
+TEST(ProgressMonitor, FollowsAGrowingCopyUntilItVanishes) {
+  const ScratchFolder home;
+  RunRecord record;
+  RecordingPorts ports;
+  ManualRunLoop runLoop;
+  ProgressMonitor monitor(ports, runLoop, record, home.path("Mail"));
+  const auto grow = [&](const std::string& name, std::size_t kilobytes) {
+    std::string bytes(kilobytes * 1024, ' ');
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<char>(i * i >> 7);
+    home.write(name, bytes);
+  };
   // The percentage that the next look gives.
-  [[nodiscard]] double look() {
+  const auto look = [&] {
     ports.events.clear();
     runLoop.fireUntilStopped(1);
     return ports.events.size() == 1 && ports.events[0].starts_with("percentage ")
                ? std::stod(ports.events[0].substr(11))
                : -1;
-  }
-
-  ScratchFolder home;
-  RunRecord record;
-  RecordingPorts ports;
-  ManualRunLoop runLoop;
-  ProgressMonitor monitor{ports, runLoop, record, home.path() + "/Mail"};
-};
-
-TEST_F(ProgressMonitorTest, FollowsAGrowingCopyUntilItVanishes) {
-  makeFolders(home.path() + "/Mail");
-  grow("/Mail/messages", 1000);
-  monitor.getMailFolderSize();
-  EXPECT_GT(monitor.mailFolderSize(), 900.0F);
-
+  };
+  record.mailSizeTempFolder = home.makeFolder("copy");
+  grow("copy/something", 100);
+  monitor.getMailFolderSize();  // there is no folder yet
+  EXPECT_EQ(monitor.mailFolderSize(), 0.0F);
   EXPECT_FALSE(monitor.mailCheckStarted());
   monitor.startMailFolderCheckAtDestination();
   EXPECT_TRUE(monitor.mailCheckStarted());
   EXPECT_EQ(runLoop.interval, 5.0);
   EXPECT_THAT(ports.events, ElementsAre("show percentage"));
-  EXPECT_LT(look(), 10);
-  grow("/copy/half", 500);
-  EXPECT_NEAR(look(), 50, 5);
-  grow("/copy/more", 1500);
-  EXPECT_GT(look(), 150);
+  EXPECT_TRUE(std::isinf(look()));
+  monitor.startMailFolderCheckAtDestination();
+  EXPECT_FALSE(runLoop.isTimerRunning());
 
+  grow("Mail/messages", 1000);
+  monitor.getMailFolderSize();
+  EXPECT_GT(monitor.mailFolderSize(), 900.0F);
+  monitor.startMailFolderCheckAtDestination();
+  EXPECT_NEAR(look(), 10, 3);
+  grow("copy/half", 400);
+  EXPECT_NEAR(look(), 50, 5);
+  grow("copy/more", 1500);
+  EXPECT_GT(look(), 150);
   removeTree(record.mailSizeTempFolder);
   ports.events.clear();
   runLoop.fireUntilStopped(1);
   EXPECT_THAT(ports.events, ElementsAre("start activity"));
-  EXPECT_FALSE(runLoop.isTimerRunning());
-}
-
-TEST_F(ProgressMonitorTest, AnUnmeasuredMailFolderGivesAnInfinitePercentage) {
-  monitor.getMailFolderSize();  // there is none
-  EXPECT_EQ(monitor.mailFolderSize(), 0.0F);
-  grow("/copy/something", 100);
-  monitor.startMailFolderCheckAtDestination();
-  EXPECT_TRUE(std::isinf(look()));
-  monitor.startMailFolderCheckAtDestination();
   EXPECT_FALSE(runLoop.isTimerRunning());
 }
 

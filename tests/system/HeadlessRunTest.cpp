@@ -64,25 +64,6 @@ TEST_F(HeadlessRunTest, ArchivesAppleMail) {
       AllOf(HasSubstr("<?xml"), HasSubstr("<string>Apple Mail</string>"), HasSubstr("<key>Language</key>")));
 }
 
-TEST_F(HeadlessRunTest, AnOlderArchiveSurvivesAFailingDitto) {
-  writeTestFile(engine.destination() + "/older.qvb", "older");
-  engine.installTool("ditto", "case $1 in -c*) echo ditto: no space left; exit 1;; esac\n");
-  EXPECT_EQ(engine.run(), 1);
-  EXPECT_THAT(engine.log(), AllOf(HasSubstr("ditto: no space left"), HasSubstr(": Backup failed."),
-                                  HasSubstr("] Cleaning up after failed Backup\n")));
-  EXPECT_THAT(namesIn(engine.destination()), testing::ElementsAre("older.qvb"));
-  EXPECT_FALSE(fileExists(engine.support() + "/lastbackup"));
-}
-
-TEST_F(HeadlessRunTest, TheEndFromOutsideEndsTheScriptToo) {
-  engine.installTool("ditto", "[ $1 != -ckX ] || { echo $$ >\"$HOME/pid\"; exec sleep 1000; }\n");
-  engine.start();
-  const pid_t ditto = engine.toolsProcess();
-  ASSERT_EQ(::kill(engine.pid(), SIGTERM), 0);
-  EXPECT_EQ(engine.exitStatus(), 1);
-  EXPECT_TRUE(waitFor([&] { return ::kill(ditto, 0) != 0; }, std::chrono::seconds(5)));
-}
-
 // However a shell starts the engine: what it makes of it is the run's own affair.
 TEST(StartTest, DoesNotEndTheRun) {
   const struct {

@@ -107,14 +107,6 @@ TEST(AttachedWindowGeometryTest, ArrowMayTakeThePlaceOfASquareCorner) {
   EXPECT_EQ(window.arrowBaseWidth(), 46);
 }
 
-TEST(AttachedWindowGeometryTest, PenIsTwiceAsWideAsTheBorder) {
-  AttachedWindowGeometry window(PLSideRight, 0);
-  EXPECT_EQ(window.strokeWidth(1), 4);
-  EXPECT_EQ(window.strokeWidth(2), 8);
-  ASSERT_EQ(window.setBorderWidth(-1), background);
-  EXPECT_EQ(window.strokeWidth(1), 0);
-}
-
 PLAttachedWindowSide best(const Surroundings& around, Point anchor, Length distance = 0, Length scale = 1) {
   const AttachedWindowGeometry window(PLSideAutomatic, distance);
   return window.bestSideForAutomaticPosition(around, {100, 50}, anchor, scale);

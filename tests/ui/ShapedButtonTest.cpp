@@ -83,13 +83,6 @@ TEST(DarkeningTest, FollowsTheStridesOfBoth) {
   }
 }
 
-TEST(DarkeningTest, MakesWholePixelsOfASize) {
-  EXPECT_EQ(darkenedPixels({-5, NAN}), (PixelSize{0, 0}));
-  EXPECT_EQ(darkenedPixels({65536, 8191}), (PixelSize{65536, 8191}));
-  EXPECT_EQ(darkenedPixels({65536, 8192}), std::nullopt);
-  EXPECT_EQ(darkenedPixels({HUGE_VALF, HUGE_VALF}), std::nullopt);
-}
-
 // 4096 bytes between two pages that cannot be touched.
 std::span<std::uint8_t> islandOfBytes() {
   void* sea = ::mmap(nullptr, 3 * 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
