@@ -1,4 +1,4 @@
-// Runs on a machine that others use too: what they put where the run works.
+// Runs on a machine that others use too: what they put where the run works, and files that are no settings.
 
 #include <unistd.h>
 
@@ -62,6 +62,58 @@ TEST_F(UnprivilegedRunTest, TrapsAreNeitherUsedNorTouched) {
     }
   }
 }
+
+// Each with a configuration of its own; archives for a server are built in /tmp, by one user at a time.
+TEST_F(UnprivilegedRunTest, TwoUsersDoNotDisturbEachOther) {
+  NEEDS_PRIVATE_SYSTEM();
+  useServer();
+  engine.installTool("ditto",
+                     "[ $1 != -ckX ] || { echo $$ >\"$HOME/pid\"\n"
+                     "until [ -e \"$HOME/go\" ]; do /usr/bin/sleep 0.1; done; }\n"
+                     "exec " DITTO_PATH " \"$@\"\n");
+  engine.start();
+  ASSERT_GT(engine.toolsProcess(), 0);
+  EngineRun other(kSomebody + 1);
+  other.configureMail();
+  EXPECT_EQ(other.run(), 0);
+  writeTestFile(other.configuration(), readTestFile(engine.configuration()));
+  EXPECT_EQ(other.run(), 1);
+  EXPECT_THAT(other.log(), HasSubstr(std::string("] cannot use /tmp/.QVB_Backup: ") + kForeign));
+  shell("touch go");
+  judge(engine.exitStatus(), "");
+}
+
+struct BadFile {
+  const char* name;
+  const char* commands;  // make "$file" in its folder
+};
+
+class NoPropertyListTest : public UnprivilegedRunTest, public testing::WithParamInterface<BadFile> {};
+
+TEST_P(NoPropertyListTest, EndsTheRunWithItsName) {
+  NEEDS_PRIVATE_SYSTEM();
+  const std::string usual = engine.preferences();
+  const std::string lowerCase = engine.library() + "/Preferences/com.quillon.corvane.plist";
+  const std::string configuration = engine.configuration();
+  // The file that is put aside, and the one that stands there in its place.
+  const std::pair<std::string, std::string> names[] = {
+      {usual, usual}, {usual, lowerCase}, {configuration, configuration}};
+  for (const auto& row : names) {
+    const std::string &sound = row.first, &bad = row.second;
+    SCOPED_TRACE(bad);
+    shell("mv '" + sound + "' sound && file=$(basename '" + bad + "') && cd \"$(dirname '" + bad +
+          "')\" && " + GetParam().commands);
+    judge(engine.run(), bad, [&] { shell("rm -rf '" + bad + "' && mv sound '" + sound + "'"); });
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, NoPropertyListTest,
+                         testing::Values(BadFile{"Blank", ": >$file"}, BadFile{"Folder", "mkdir $file"},
+                                         BadFile{"Pipe", "mkfifo $file"},
+                                         BadFile{"LinkLoop", "ln -s $file $file"},
+                                         BadFile{"Gigabyte", "truncate -s 1G $file"},
+                                         BadFile{"Forbidden", "echo '{}' >$file && chmod 0 $file"}),
+                         [](const auto& test) { return test.param.name; });
 
 }  // namespace
 }  // namespace corvane
