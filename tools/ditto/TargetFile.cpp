@@ -43,7 +43,8 @@ bool randomName(std::string& name) {
 }
 
 // Some file systems have nothing to flush and say so.
-bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF; }
+bool isFlushed(int result) { return result == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF; }
+bool flush(int file) { return isFlushed(::fsync(file)); }
 
 }  // namespace
 
@@ -142,7 +143,8 @@ bool TargetFile::rewrite(off_t position, std::span<const char> bytes) {
 }
 
 bool TargetFile::putInPlace() {
-  if (file_.isOpen() && !flush(file_.get())) return false;
+  struct stat earlier {};
+  if (file_.isOpen() && statusThere(earlier) && !flush(file_.get())) return false;
   const SignalsHeldBack heldBack;
   if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) return false;
   forgetTemporary();
@@ -186,7 +188,7 @@ bool TargetFile::isNamed(const FileIdentity& folder, const std::string& name) co
   return folder == folderIdentity_ && (name == name_ || name == temporary_);
 }
 
-bool TargetPlace::flushName() const { return flush(folder.get()); }
+bool flushAll(int folder) { return isFlushed(::syncfs(folder)); }
 
 TargetPlace::TargetPlace(const std::string& path) {
   const auto slash = path.rfind('/');

@@ -161,8 +161,10 @@ void unzip(const Options& options, Report& report) {
   }
   bool isNew = false;
   Descriptor destination = makeFolders(options.destination.c_str(), isNew);
-  if (!destination.isOpen()) return report.failErrno(options.destination);
+  const Descriptor flushed(::dup(destination.get()));
+  if (!flushed.isOpen()) return report.failErrno(options.destination);
   Unpacker(bytes, opened.get(), std::move(destination), options, report).run();
+  if (!flushAll(flushed.get())) report.failErrno(options.destination);
 }
 
 }  // namespace corvane::ditto
