@@ -3,18 +3,14 @@
 #include <optional>
 #include <utility>
 
+#include "process/PercentEncoding.h"
+
 namespace corvane {
 namespace {
 
 using Text = std::optional<std::string>;
 
 constexpr const char* kNoValue = "(null)";
-constexpr std::string_view kUrlPunctuation = "-_.!~*'();/?:@&=+$,";
-
-bool mayStandInUrl(char byte) {
-  const bool letter = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-  return letter || (byte >= '0' && byte <= '9') || kUrlPunctuation.find(byte) != std::string_view::npos;
-}
 
 Text textOf(const MountRequest& request, const char* key) {
   const auto entry = request.find(key);
@@ -38,19 +34,7 @@ MountRequest mountRequestFor(const Automount& automount) {
   return request;
 }
 
-std::string percentEscaped(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string escaped;
-  for (const char byte : text) {
-    if (mayStandInUrl(byte)) {
-      escaped += byte;
-    } else {
-      const auto value = static_cast<unsigned char>(byte);
-      escaped += {'%', kDigits[value / 16], kDigits[value % 16]};
-    }
-  }
-  return escaped;
-}
+std::string percentEscaped(std::string_view text) { return percentEncoded(text, ";/?:@&=+$,"); }
 
 ServerVolume serverVolumeFrom(const MountRequest& request) {
   const auto read = [&](const char* key) { return textOf(request, key); };

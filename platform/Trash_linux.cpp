@@ -12,6 +12,7 @@
 #include "platform/HomeDirectory.h"
 #include "platform/Trash.h"
 #include "process/Files.h"
+#include "process/PercentEncoding.h"
 
 // The layout is that of the freedesktop.org Trash, version 1.0: what was thrown away in "files", and beside
 // it, in "info", one small file each that says where it came from and when.
@@ -29,38 +30,25 @@ struct Trash {
 std::string parentOf(const std::string& path) { return path.substr(0, path.find_last_of('/')); }
 std::string nameOf(const std::string& path) { return path.substr(path.find_last_of('/') + 1); }
 
-std::string percentEncoded(const std::string& path) {
-  constexpr std::string_view kPlain =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.!~*'()/";
-  std::string encoded;
-  for (const char byte : path) {
-    char escaped[4] = {byte, '\0'};
-    if (kPlain.find(byte) == std::string_view::npos) {
-      std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(byte));
-    }
-    encoded += escaped;
-  }
-  return encoded;
-}
-
 std::string infoFor(const std::string& originalPath) {
   const std::time_t now = std::time(nullptr);
   std::tm local{};
   ::localtime_r(&now, &local);
   char date[32] = "";
   std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
-  return "[Trash Info]\nPath=" + percentEncoded(originalPath) + "\nDeletionDate=" + date + "\n";
+  return "[Trash Info]\nPath=" + percentEncoded(originalPath, "/") + "\nDeletionDate=" + date + "\n";
 }
 
 // Writes a file that is not there yet, whole or not at all. False with errno EEXIST when it is there.
 bool writeNewFile(const std::string& path, const std::string& bytes) {
   const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (file < 0) return false;
-  const bool written = ::write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+  const bool written = writeAll(file, bytes);
+  const int problem = errno;
   ::close(file);
   if (written) return true;
   ::unlink(path.c_str());
-  errno = ENOSPC;
+  errno = problem;
   return false;
 }
 

@@ -38,16 +38,6 @@ bool readAll(int file, std::string& bytes) {
   return true;
 }
 
-bool writeAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(file, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return ::fsync(file) == 0;
-}
-
 // Goes on whatever happens: what can be removed is removed.
 int removeEntry(const char* path, const struct stat*, int, FTW*) {
   ::remove(path);
@@ -141,6 +131,16 @@ std::optional<std::string> readFile(const std::string& path, std::size_t limit, 
   return bytes;
 }
 
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
 bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem) {
   std::string temporary = path + kNewFile + "XXXXXX";
   const Descriptor file(::mkstemp(temporary.data()));
@@ -148,7 +148,10 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes, std::s
     problem = errnoSentence("write", path);
     return false;
   }
-  if (writeAll(file.number, bytes) && ::rename(temporary.c_str(), path.c_str()) == 0) return true;
+  if (writeAll(file.number, bytes) && ::fsync(file.number) == 0 &&
+      ::rename(temporary.c_str(), path.c_str()) == 0) {
+    return true;
+  }
   problem = errnoSentence("write", path);
   ::unlink(temporary.c_str());
   return false;

@@ -40,6 +40,9 @@ struct Entry {
 [[nodiscard]] std::optional<std::string> readFile(const std::string& path, std::size_t limit,
                                                   std::string& problem);
 
+/// Writes `bytes` to an open file, pipe or terminal. False, and `errno`, when not all could be written.
+bool writeAll(int descriptor, std::string_view bytes);
+
 /// Replaces the file at `path` by one holding `bytes`, readable and writable by its owner only: all of it or
 /// nothing. On failure false, the cause, and the file that was there before.
 [[nodiscard]] bool writeFileAtomically(const std::string& path, std::string_view bytes, std::string& problem);

@@ -33,15 +33,6 @@ std::string stamp() {
   return text.data();
 }
 
-void writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-}
-
 }  // namespace
 
 void log(std::string_view text) {

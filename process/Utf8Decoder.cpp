@@ -78,4 +78,6 @@ std::string Utf8Decoder::decode(std::string_view bytes) {
   return text;
 }
 
+bool isUtf8(std::string_view text) { return Utf8Decoder().decode(text) == text; }
+
 }  // namespace corvane

@@ -17,4 +17,6 @@ class Utf8Decoder {
   std::string pending_;  // the beginning of a character, at most 3 bytes
 };
 
+[[nodiscard]] bool isUtf8(std::string_view text);
+
 }  // namespace corvane

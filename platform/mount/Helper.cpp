@@ -28,9 +28,7 @@ class SettingsFile {
     if (text.empty()) return;
     const int file = ::mkstemp(path_.data());
     made_ = file >= 0;
-    const bool written =
-        made_ && ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
-    if (!written) problem_ = errnoSentence("write", path_);
+    if (!made_ || !writeAll(file, text)) problem_ = errnoSentence("write", path_);
     if (made_) ::close(file);
   }
   ~SettingsFile() {

@@ -8,6 +8,7 @@
 #include "platform/cocoa/FoundationPropertyList.h"
 #include "platform/plist/Codec.h"
 #include "platform/plist/Texts.h"
+#include "process/Utf8Decoder.h"
 #include "script/Text.h"
 
 namespace corvane {

@@ -3,6 +3,7 @@
 
 #include "platform/plist/Guards.h"
 #include "platform/plist/Texts.h"
+#include "process/Utf8Decoder.h"
 
 namespace corvane {
 namespace {

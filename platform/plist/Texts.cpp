@@ -26,8 +26,6 @@ bool skipSign(std::string_view& text) {
 
 }  // namespace
 
-bool isUtf8(std::string_view text) { return Utf8Decoder().decode(text) == text; }
-
 bool hasFormInXml(std::string_view text) {
   for (const char character : text)
     if (static_cast<unsigned char>(character) < 0x20 && !isSpace(character)) return false;

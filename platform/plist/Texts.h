@@ -5,8 +5,6 @@
 
 namespace corvane {
 
-[[nodiscard]] bool isUtf8(std::string_view text);
-
 /// UTF-8 without the control characters that XML has no way to write.
 [[nodiscard]] bool hasFormInXml(std::string_view text);
 

@@ -6,6 +6,7 @@
 
 #include "platform/plist/Guards.h"
 #include "platform/plist/Texts.h"
+#include "process/Utf8Decoder.h"
 #include "script/Text.h"
 
 namespace corvane {

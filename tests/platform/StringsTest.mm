@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/cocoa/Guard.h"
-#include "platform/plist/Texts.h"
+#include "process/Utf8Decoder.h"
 
 namespace corvane {
 namespace {

@@ -55,8 +55,6 @@ bool isAscii(const std::string& text) {
                      [](char byte) { return static_cast<unsigned char>(byte) < 128; });
 }
 
-bool isValidUtf8(const std::string& text) { return Utf8Decoder().decode(text) == text; }
-
 struct DosTime {
   unsigned time;
   unsigned date;
@@ -109,7 +107,7 @@ ZipEntry::ZipEntry(std::string pathInside, const struct stat& status, const std:
   if (S_ISREG(mode)) isLarge = status.st_size >= kLargestInSmallForm;
   // One mark for both. Readers refuse marked names that are no UTF-8, and give unmarked ones back byte by
   // byte.
-  isUtf8 = !isAscii(name) && isValidUtf8(name) && isValidUtf8(linkTarget);
+  isUtf8 = !isAscii(name) && corvane::isUtf8(name) && corvane::isUtf8(linkTarget);
 }
 
 void appendLocalHeader(const ZipEntry& entry, Buffer& out) {
