@@ -76,13 +76,6 @@ ls -A out; cat out/a.zip out/b' 2>&1 || exit 77)~",
          "a.zip\nb\nolder\nolder\n");
 }
 
-TEST_F(DittoFailureTest, TellsThatWhatItWroteIsLost) {
-  expect(R"~(strace -o trace true || exit 77; ditto -ck source a.zip
-for command in 'source copy' '-xk a.zip unpacked'; do
-ASAN_OPTIONS=detect_leaks=0 strace -f -o trace -e inject=syncfs:error=EIO ditto $command 2>&1 || continue; echo kept; done)~",
-         "ditto: copy: Input/output error\nditto: unpacked: Input/output error\n");
-}
-
 TEST_F(DittoFailureTest, SavesNoMixtureOfWhatChanges) {
   expect(R"~((while :; do seq $(date +%N | cut -c -5) >source/file; head -c 3000000 /dev/zero >source/big
 rm source/big; done) & writer=$!

@@ -11,16 +11,9 @@
 namespace corvane::ditto {
 namespace {
 
-struct Original {
-  int file;
-  const struct stat& status;
-  std::string shown;  // in messages
-};
-
-struct Copy {
-  TargetFile& file;
-  std::string shown;
-  bool (TargetFile::*put)();  // in its place
+struct Paths {
+  std::string from;  // as shown in messages
+  std::string to;
 };
 
 class Copier {
@@ -53,17 +46,16 @@ KeptAttributes keptAttributes(const Options& options) {
   return {options.extendedAttributes, options.accessControlLists};
 }
 
-void copyFile(const Original& from, const Copy& to, const KeptAttributes& kept, Report& report) {
-  report.progress(from.shown);
-  if (!to.file.create()) return report.failErrno(to.shown);
+void copyFile(int file, const struct stat& status, TargetFile& target, const Paths& shown,
+              const KeptAttributes& kept, Report& report) {
+  report.progress(shown.from);
+  if (!target.create()) return report.failErrno(shown.to);
   std::string cause;
-  const auto take = [&](std::span<const char> bytes) { return to.file.write(bytes); };
-  const Transfer transfer = readWhole(from.file, from.status, take, cause);
-  if (transfer == Transfer::unreadable) return report.fail(from.shown, cause);
-  if (transfer == Transfer::unwritable) return report.fail(to.shown, cause);
-  if (!copyAttributes(from.file, from.status, to.file.file(), kept) || !(to.file.*to.put)()) {
-    report.failErrno(to.shown);
-  }
+  const auto take = [&](std::span<const char> bytes) { return target.write(bytes); };
+  const Transfer transfer = readWhole(file, status, take, cause);
+  if (transfer == Transfer::unreadable) return report.fail(shown.from, cause);
+  if (transfer == Transfer::unwritable) return report.fail(shown.to, cause);
+  if (!copyAttributes(file, status, target.file(), kept) || !target.putInPlace()) report.failErrno(shown.to);
 }
 
 void Copier::copy(TreeWalk walk) {
@@ -115,8 +107,7 @@ void Copier::copyOneFile(const WalkStep& step, int source) {
   const Descriptor file = openFile(source, step.lastName(), status, cause);
   if (!file.isOpen()) return report_.fail(shownSource(step), cause);
   TargetFile target(folders_.top(), step.lastName());
-  copyFile({file.get(), status, shownSource(step)}, {target, shown(step), &TargetFile::putInPlace},
-           keptAttributes(options_), report_);
+  copyFile(file.get(), status, target, {shownSource(step), shown(step)}, keptAttributes(options_), report_);
 }
 
 void Copier::copyLink(const WalkStep& step, int source) {
@@ -146,7 +137,6 @@ void copyFolder(Descriptor source, const struct stat& status, const Options& opt
   if (isNew && !copyAttributes(original.get(), status, attributed.get(), keptAttributes(options))) {
     report.failErrno(options.destination);
   }
-  if (!flushAll(attributed.get())) report.failErrno(options.destination);
 }
 
 void copySingleFile(int source, const struct stat& status, const Options& options, Report& report) {
@@ -157,8 +147,8 @@ void copySingleFile(int source, const struct stat& status, const Options& option
   const TargetPlace place(path);
   if (!place.folder.isOpen()) return report.failErrno(path);
   TargetFile target(place.folder.get(), place.name);
-  copyFile({source, status, options.source}, {target, path, &TargetFile::putInPlaceForGood},
-           keptAttributes(options), report);
+  copyFile(source, status, target, {options.source, path}, keptAttributes(options), report);
+  if (!report.failed() && !place.flushName()) report.failErrno(path);
 }
 
 }  // namespace

@@ -43,8 +43,7 @@ bool randomName(std::string& name) {
 }
 
 // Some file systems have nothing to flush and say so.
-bool isFlushed(int result) { return result == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF; }
-bool flush(int file) { return isFlushed(::fsync(file)); }
+bool flush(int file) { return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF; }
 
 }  // namespace
 
@@ -143,8 +142,7 @@ bool TargetFile::rewrite(off_t position, std::span<const char> bytes) {
 }
 
 bool TargetFile::putInPlace() {
-  struct stat earlier {};
-  if (file_.isOpen() && statusThere(earlier) && !flush(file_.get())) return false;
+  if (file_.isOpen() && !flush(file_.get())) return false;
   const SignalsHeldBack heldBack;
   if (::renameat(folder_, temporary_.c_str(), folder_, name_.c_str()) != 0) return false;
   forgetTemporary();
@@ -188,7 +186,7 @@ bool TargetFile::isNamed(const FileIdentity& folder, const std::string& name) co
   return folder == folderIdentity_ && (name == name_ || name == temporary_);
 }
 
-bool flushAll(int folder) { return isFlushed(::syncfs(folder)); }
+bool TargetPlace::flushName() const { return flush(folder.get()); }
 
 TargetPlace::TargetPlace(const std::string& path) {
   const auto slash = path.rfind('/');

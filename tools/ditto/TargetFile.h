@@ -48,11 +48,10 @@ class TargetFile {
   [[nodiscard]] bool write(std::span<const char> bytes);
   [[nodiscard]] bool rewrite(off_t position, std::span<const char> bytes);  ///< of what was written
 
-  /// The name is the target's. Where an earlier one has it, everything written is on the disk before; what
-  /// takes no other's place, `flushAll` brings there.
+  /// Everything written is on the disk, and then the name is the target's, in place of an earlier one.
   [[nodiscard]] bool putInPlace();
 
-  /// The same, and bytes and name are on the disk. On failure an earlier one of the name is there as before,
+  /// The same, and the name is on the disk too. On failure an earlier one of the name is there as before,
   /// where the file system can exchange names.
   [[nodiscard]] bool putInPlaceForGood();
 
@@ -81,14 +80,14 @@ class TargetFile {
   off_t onItsWay_ = 0;  // to the disk
 };
 
-/// Brings all that was written to the file system of `folder` to the disk: for many files in a fraction of
-/// the time that each by itself takes. False, and errno, when something has got lost.
-[[nodiscard]] bool flushAll(int folder);
-
 /// The folder and the name that a path stands for. The folder is not open, and errno set, when it cannot be
 /// opened or the path names none but a folder.
 struct TargetPlace {
   explicit TargetPlace(const std::string& path);
+
+  /// Makes a power cut leave the new file rather than the earlier one, where the file system can. False, and
+  /// errno, when it could and failed.
+  [[nodiscard]] bool flushName() const;
 
   Descriptor folder;
   std::string name;

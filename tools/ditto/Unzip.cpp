@@ -161,10 +161,8 @@ void unzip(const Options& options, Report& report) {
   }
   bool isNew = false;
   Descriptor destination = makeFolders(options.destination.c_str(), isNew);
-  const Descriptor flushed(::dup(destination.get()));
-  if (!flushed.isOpen()) return report.failErrno(options.destination);
+  if (!destination.isOpen()) return report.failErrno(options.destination);
   Unpacker(bytes, opened.get(), std::move(destination), options, report).run();
-  if (!flushAll(flushed.get())) report.failErrno(options.destination);
 }
 
 }  // namespace corvane::ditto
