@@ -12,7 +12,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kMostOutput = 64 * 1024 * 1024;
+constexpr std::size_t kMostOutput = std::size_t{64} << 20;
 constexpr std::size_t kMostInput = 4096;
 constexpr int kPollMilliseconds = 5;
 constexpr int kLastPollMilliseconds = 1;  // of a tool that has no more to say

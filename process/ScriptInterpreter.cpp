@@ -28,7 +28,7 @@ LaunchCommand commandFor(const Shell& shell, const std::vector<std::string>& arg
 Shell chooseShell() {
   for (const char* program :
        {"/bin/sh", "/bin/bash", "/usr/bin/bash", "/bin/ksh93", "/bin/mksh", "/bin/zsh", "/bin/busybox"}) {
-    const Shell shell{program, {}};
+    Shell shell{program, {}};
     if (runTool(commandFor(shell, {"-c", kProbe})).status == 0) return shell;
   }
   return {"/bin/sh", {"-c", kPrelude}};

@@ -23,9 +23,8 @@ struct ShellSetting {
 
 /// What the environment of the script holds for the shell and for the commands whose output it takes apart.
 inline constexpr ShellSetting kShellSettings[] = {
-    // The ninth column of `ls -l` is the name: the user's own ways of writing dates and names must not move
-    // or
-    // change it.
+    // The ninth column of `ls -l` is the name: the user's own ways of writing dates and names must neither
+    // move nor change it.
     {"TIME_STYLE", "+%m %d %H:%M"},
     {"QUOTING_STYLE", "literal"},
     // As `echo` of the system's own /bin/sh on macOS; shells other than bash do not look at it.
